@@ -1,0 +1,9 @@
+#include "shell/shell.h"
+
+HINSTANCE g_hInstance = nullptr;
+HWND g_hwndMain = nullptr;
+HWND g_hwndEditor = nullptr;
+bool g_viewerMode = false;
+std::wstring g_profileName;
+HMODULE g_scintillaModule = nullptr;
+HMODULE g_lexillaModule = nullptr;

@@ -1,0 +1,24 @@
+#include "shell/title.h"
+
+#include "document/document.h"
+#include "shell/shell.h"
+
+std::wstring MakeWindowTitle(const std::wstring& profileName, const std::wstring& filePath, bool modified) {
+  std::wstring name = L"Untitled";
+  if (!filePath.empty()) {
+    size_t slash = filePath.find_last_of(L"\\/");
+    name = slash == std::wstring::npos ? filePath : filePath.substr(slash + 1);
+  }
+  std::wstring title;
+  if (profileName.empty() || profileName == L"default")
+    title = L"Tavro - " + name;
+  else
+    title = L"Tavro  [ " + profileName + L" ]  " + name;
+  if (modified) title += L" *";
+  return title;
+}
+
+void UpdateTitle() {
+  if (!g_hwndMain) return;
+  SetWindowTextW(g_hwndMain, MakeWindowTitle(g_profileName, g_filePath, g_modified).c_str());
+}

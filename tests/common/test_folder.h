@@ -1,0 +1,14 @@
+// Every unit test gets a folder of its own, made fresh before it starts and
+// removed after it passes, so no test sees another's files.
+#pragma once
+
+#include <string>
+
+// Folder of the running test, ending in a backslash.
+const std::wstring& TestFolder();
+
+// Path of a file inside the running test's folder.
+std::wstring TestPath(const std::wstring& name);
+
+// Folder that holds Tavro.exe and its DLLs (from TAVRO_BIN), ending in a backslash.
+std::wstring ProgramFolder();

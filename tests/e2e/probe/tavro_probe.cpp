@@ -1,0 +1,248 @@
+// tavro_probe: the end-to-end tests' hands inside Wine. It reads one request
+// per line on stdin (fields separated by tabs, UTF-8) and answers on stdout
+// with "ok" or "err", a tab, and the result; a list answer is "ok\t<n>"
+// followed by n lines. Texts are escaped: \\ \n \r \t.
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::string ToUtf8(const std::wstring& text) {
+  if (text.empty()) return {};
+  int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
+  std::string out(size, '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), size, nullptr, nullptr);
+  return out;
+}
+
+std::wstring ToWide(const std::string& text) {
+  if (text.empty()) return {};
+  int size = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+  std::wstring out(size, L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), size);
+  return out;
+}
+
+std::string Escape(const std::wstring& text) {
+  std::string out;
+  for (char c : ToUtf8(text)) {
+    switch (c) {
+      case '\\': out += "\\\\"; break;
+      case '\n': out += "\\n"; break;
+      case '\r': out += "\\r"; break;
+      case '\t': out += "\\t"; break;
+      default: out += c;
+    }
+  }
+  return out;
+}
+
+std::string Unescape(const std::string& text) {
+  std::string out;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\\' && i + 1 < text.size()) {
+      char next = text[++i];
+      out += next == 'n' ? '\n' : next == 'r' ? '\r' : next == 't' ? '\t' : next;
+    } else {
+      out += text[i];
+    }
+  }
+  return out;
+}
+
+std::vector<std::string> Split(const std::string& line) {
+  std::vector<std::string> fields;
+  size_t start = 0;
+  for (;;) {
+    size_t tab = line.find('\t', start);
+    fields.push_back(Unescape(line.substr(start, tab == std::string::npos ? std::string::npos : tab - start)));
+    if (tab == std::string::npos) break;
+    start = tab + 1;
+  }
+  return fields;
+}
+
+void Reply(const std::string& status, const std::string& value) {
+  std::printf("%s\t%s\n", status.c_str(), value.c_str());
+  std::fflush(stdout);
+}
+
+HWND ToWindow(const std::string& text) { return reinterpret_cast<HWND>(static_cast<intptr_t>(_strtoi64(text.c_str(), nullptr, 0))); }
+std::string FromWindow(HWND window) { return std::to_string(reinterpret_cast<intptr_t>(window)); }
+long long Number(const std::string& text) { return _strtoi64(text.c_str(), nullptr, 0); }
+
+std::wstring ClassOf(HWND window) {
+  wchar_t name[256] = {};
+  GetClassNameW(window, name, 256);
+  return name;
+}
+
+std::wstring TextOf(HWND window) {
+  DWORD_PTR length = 0;
+  if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, 5000, &length)) return {};
+  std::wstring text(length + 1, L'\0');
+  DWORD_PTR copied = 0;
+  SendMessageTimeoutW(window, WM_GETTEXT, length + 1, reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG, 5000,
+                      &copied);
+  text.resize(copied);
+  return text;
+}
+
+struct WindowQuery {
+  std::wstring className;  // empty: any class
+  std::wstring title;      // empty: any title
+  bool titleIsPrefix = false;
+  DWORD processId = 0;     // 0: any process
+  HWND found = nullptr;
+};
+
+BOOL CALLBACK MatchTopLevel(HWND window, LPARAM data) {
+  auto* query = reinterpret_cast<WindowQuery*>(data);
+  if (!query->className.empty() && ClassOf(window) != query->className) return TRUE;
+  if (query->processId) {
+    DWORD pid = 0;
+    GetWindowThreadProcessId(window, &pid);
+    if (pid != query->processId) return TRUE;
+  }
+  if (!query->title.empty()) {
+    wchar_t title[512] = {};
+    GetWindowTextW(window, title, 512);
+    std::wstring text = title;
+    if (query->titleIsPrefix ? text.rfind(query->title, 0) != 0 : text != query->title) return TRUE;
+  }
+  if (!IsWindowVisible(window)) return TRUE;
+  query->found = window;
+  return FALSE;
+}
+
+HWND WaitForTopLevel(WindowQuery query, DWORD timeoutMs) {
+  DWORD start = GetTickCount();
+  for (;;) {
+    EnumWindows(MatchTopLevel, reinterpret_cast<LPARAM>(&query));
+    if (query.found || GetTickCount() - start >= timeoutMs) return query.found;
+    Sleep(50);
+  }
+}
+
+BOOL CALLBACK CollectChild(HWND window, LPARAM data) {
+  reinterpret_cast<std::vector<HWND>*>(data)->push_back(window);
+  return TRUE;
+}
+
+std::string DescribeWindow(HWND window) {
+  RECT rect = {};
+  GetWindowRect(window, &rect);
+  std::string line = FromWindow(window) + "\t" + Escape(ClassOf(window)) + "\t" +
+                     std::to_string(GetDlgCtrlID(window)) + "\t" + (IsWindowVisible(window) ? "1" : "0") + "\t" +
+                     std::to_string(rect.left) + "\t" + std::to_string(rect.top) + "\t" + std::to_string(rect.right) +
+                     "\t" + std::to_string(rect.bottom) + "\t" + Escape(TextOf(window));
+  return line;
+}
+
+void Handle(const std::vector<std::string>& f) {
+  const std::string& verb = f[0];
+  auto arg = [&](size_t i) -> std::string { return i < f.size() ? f[i] : std::string(); };
+  if (verb == "find-window" || verb == "find-window-prefix") {
+    // find-window CLASS TITLE TIMEOUT_MS [PID]
+    WindowQuery query;
+    query.className = ToWide(arg(1));
+    query.title = ToWide(arg(2));
+    query.titleIsPrefix = verb == "find-window-prefix";
+    query.processId = static_cast<DWORD>(Number(arg(4)));
+    HWND window = WaitForTopLevel(query, static_cast<DWORD>(Number(arg(3))));
+    if (window) Reply("ok", FromWindow(window));
+    else Reply("err", "not found");
+  } else if (verb == "title" || verb == "text") {
+    HWND window = ToWindow(arg(1));
+    if (!IsWindow(window)) return Reply("err", "no window");
+    Reply("ok", Escape(TextOf(window)));
+  } else if (verb == "class") {
+    Reply("ok", Escape(ClassOf(ToWindow(arg(1)))));
+  } else if (verb == "children") {
+    HWND window = ToWindow(arg(1));
+    if (!IsWindow(window)) return Reply("err", "no window");
+    std::vector<HWND> children;
+    EnumChildWindows(window, CollectChild, reinterpret_cast<LPARAM>(&children));
+    std::printf("ok\t%u\n", static_cast<unsigned>(children.size()));
+    for (HWND child : children) std::printf("%s\n", DescribeWindow(child).c_str());
+    std::fflush(stdout);
+  } else if (verb == "describe") {
+    HWND window = ToWindow(arg(1));
+    if (!IsWindow(window)) return Reply("err", "no window");
+    Reply("ok", DescribeWindow(window));
+  } else if (verb == "client") {
+    HWND window = ToWindow(arg(1));
+    RECT rect = {};
+    if (!GetClientRect(window, &rect)) return Reply("err", "no window");
+    Reply("ok", std::to_string(rect.right) + "\t" + std::to_string(rect.bottom));
+  } else if (verb == "post" || verb == "send") {
+    // post HWND MSG WPARAM LPARAM
+    HWND window = ToWindow(arg(1));
+    UINT message = static_cast<UINT>(Number(arg(2)));
+    WPARAM wParam = static_cast<WPARAM>(Number(arg(3)));
+    LPARAM lParam = static_cast<LPARAM>(Number(arg(4)));
+    if (verb == "post") {
+      if (PostMessageW(window, message, wParam, lParam)) Reply("ok", "");
+      else Reply("err", std::to_string(GetLastError()));
+    } else {
+      DWORD_PTR result = 0;
+      if (SendMessageTimeoutW(window, message, wParam, lParam, SMTO_ABORTIFHUNG, 10000, &result))
+        Reply("ok", std::to_string(static_cast<long long>(result)));
+      else Reply("err", std::to_string(GetLastError()));
+    }
+  } else if (verb == "chars") {
+    // chars HWND TEXT: posts WM_CHAR for each UTF-16 unit.
+    HWND window = ToWindow(arg(1));
+    for (wchar_t c : ToWide(arg(2))) PostMessageW(window, WM_CHAR, c, 1);
+    Reply("ok", "");
+  } else if (verb == "press") {
+    // press DIALOG BUTTON_TEXT: clicks the child button whose text matches (& ignored).
+    HWND dialog = ToWindow(arg(1));
+    std::wstring wanted = ToWide(arg(2));
+    std::vector<HWND> children;
+    EnumChildWindows(dialog, CollectChild, reinterpret_cast<LPARAM>(&children));
+    for (HWND child : children) {
+      std::wstring text = TextOf(child);
+      std::wstring plain;
+      for (wchar_t c : text) if (c != L'&') plain += c;
+      if (plain == wanted || text == wanted) {
+        PostMessageW(child, BM_CLICK, 0, 0);
+        return Reply("ok", FromWindow(child));
+      }
+    }
+    Reply("err", "no such button");
+  } else if (verb == "alive") {
+    Reply("ok", IsWindow(ToWindow(arg(1))) ? "1" : "0");
+  } else if (verb == "wait-gone") {
+    HWND window = ToWindow(arg(1));
+    DWORD start = GetTickCount(), timeout = static_cast<DWORD>(Number(arg(2)));
+    while (IsWindow(window) && GetTickCount() - start < timeout) Sleep(50);
+    Reply(IsWindow(window) ? "err" : "ok", "");
+  } else if (verb == "pid") {
+    DWORD pid = 0;
+    GetWindowThreadProcessId(ToWindow(arg(1)), &pid);
+    Reply("ok", std::to_string(pid));
+  } else if (verb == "ping") {
+    Reply("ok", "pong");
+  } else {
+    Reply("err", "unknown verb " + verb);
+  }
+}
+
+}  // namespace
+
+int wmain() {
+  char buffer[65536];
+  while (std::fgets(buffer, sizeof(buffer), stdin)) {
+    std::string line = buffer;
+    while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
+    if (line.empty()) continue;
+    if (line == "quit") break;
+    Handle(Split(line));
+  }
+  return 0;
+}
