@@ -1,0 +1,365 @@
+"""End-to-end harness: runs the real Tavro.exe under Wine on a private Xvfb
+display, in a Wine prefix (and so an application-data folder) of its own, and
+reaches its windows through tavro_probe.exe, our helper inside Wine.
+
+A test case derives from TavroTestCase and gets self.tavro, a TavroSession
+that is stopped, with its log and a last screenshot kept, when the test ends.
+"""
+import fcntl
+import getpass
+import os
+import re
+import shutil
+import subprocess
+import time
+import unittest
+from pathlib import Path
+
+REPO = Path(__file__).resolve().parents[2]
+BUILD = Path(os.environ.get("TAVRO_BUILD_DIR", REPO / "build"))
+BIN = BUILD / "bin"
+PROBE = BUILD / "tests" / "bin" / "tavro_probe.exe"
+WINE_DIR = BUILD / "wine"
+TEMPLATE = WINE_DIR / "template"
+ARTIFACTS = BUILD / "e2e-artifacts"
+WORK = BUILD / "e2e-work"
+
+WM_CLOSE = 0x0010
+WM_COMMAND = 0x0111
+WM_GETTEXTLENGTH = 0x000E
+
+QUIET_WINE = ("wine32 is missing", "multiarch needs", "dpkg --add-architecture", "apt-get install wine32")
+
+
+def windows_path(path):
+    """The Wine path of a Linux path: Z: is the Linux root."""
+    return "Z:" + str(Path(path).resolve()).replace("/", "\\")
+
+
+def _wine_env(prefix, display=None):
+    env = dict(os.environ)
+    env["WINEPREFIX"] = str(prefix)
+    env["WINEDEBUG"] = "-all"
+    env["WINEDLLOVERRIDES"] = "mscoree,mshtml="
+    if display is not None:
+        env["DISPLAY"] = display
+    return env
+
+
+def ensure_template():
+    """A booted prefix that every test copies; made once per build folder."""
+    WINE_DIR.mkdir(parents=True, exist_ok=True)
+    with open(WINE_DIR / "template.lock", "w") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        if (TEMPLATE / ".tavro-ready").exists():
+            return
+        shutil.rmtree(TEMPLATE, ignore_errors=True)
+        env = _wine_env(TEMPLATE)
+        env.pop("DISPLAY", None)
+        subprocess.run(["wineboot", "-i"], env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        # Unmanaged windows: Wine draws the frames itself, so screenshots show
+        # title bars even though Xvfb runs no window manager.
+        subprocess.run(["wine", "reg", "add", r"HKCU\Software\Wine\X11 Driver", "/v", "Managed", "/d", "N", "/f"],
+                       env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        subprocess.run(["wineserver", "-w"], env=env, check=True)
+        (TEMPLATE / ".tavro-ready").write_text("ok\n")
+
+
+def copy_prefix(destination):
+    """A private prefix in a fraction of a second: the Windows folder is
+    hard-linked (Wine only reads it), the registry and user folders copied."""
+    destination.mkdir(parents=True)
+    os.makedirs(destination / "drive_c")
+    for entry in (TEMPLATE / "drive_c").iterdir():
+        if entry.name == "users" or entry.is_symlink() or not entry.is_dir():
+            shutil.copytree(entry, destination / "drive_c" / entry.name, symlinks=True) if entry.is_dir() \
+                else shutil.copy2(entry, destination / "drive_c" / entry.name, follow_symlinks=False)
+        else:
+            subprocess.run(["cp", "-al", str(entry), str(destination / "drive_c" / entry.name)], check=True)
+    for name in ("system.reg", "user.reg", "userdef.reg", ".update-timestamp"):
+        shutil.copy2(TEMPLATE / name, destination / name)
+    shutil.copytree(TEMPLATE / "dosdevices", destination / "dosdevices", symlinks=True)
+
+
+class ProbeError(RuntimeError):
+    pass
+
+
+_ODS = re.compile(r'warn:seh:OutputDebugStringA "(.*)"$')
+
+
+def _unescape_wine(text):
+    """Wine prints the ANSI text of OutputDebugStringW in C escapes."""
+    out, i = bytearray(), 0
+    simple = {"n": 10, "r": 13, "t": 9, "\\": 92, '"': 34, "'": 39, "0": 0}
+    while i < len(text):
+        c = text[i]
+        if c == "\\" and i + 1 < len(text):
+            nxt = text[i + 1]
+            if nxt == "x" and re.match(r"[0-9a-fA-F]{2}", text[i + 2:i + 4]):
+                out.append(int(text[i + 2:i + 4], 16))
+                i += 4
+                continue
+            if nxt in simple:
+                out.append(simple[nxt])
+                i += 2
+                continue
+        out += c.encode("latin-1", "replace")
+        i += 1
+    return out.decode("cp1252", "replace")
+
+
+class TavroSession:
+    def __init__(self, name):
+        self.name = re.sub(r"[^A-Za-z0-9_.-]", "_", name)
+        self.work = WORK / self.name
+        shutil.rmtree(self.work, ignore_errors=True)
+        self.work.mkdir(parents=True)
+        ARTIFACTS.mkdir(parents=True, exist_ok=True)
+        self.prefix = self.work / "prefix"
+        self.appdata = self.prefix / "drive_c" / "users" / getpass.getuser() / "AppData" / "Roaming"
+        self.log_path = self.work / "tavro.log"
+        self.process = None
+        self._log_file = None
+        self._probe = None
+        self._xvfb = None
+        self.display = None
+        ensure_template()
+        copy_prefix(self.prefix)
+        self._start_xvfb()
+        self.env = _wine_env(self.prefix, self.display)
+        subprocess.run(["wineserver", "-p"], env=self.env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL, check=True)
+
+    # -- processes -------------------------------------------------------
+    def _start_xvfb(self):
+        read_end, write_end = os.pipe()
+        self._xvfb = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x900x24", "-nolisten", "tcp"],
+            pass_fds=(write_end,), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        number = b""
+        while not number.endswith(b"\n"):
+            chunk = os.read(read_end, 16)
+            if not chunk:
+                raise RuntimeError("Xvfb did not start")
+            number += chunk
+        os.close(read_end)
+        self.display = ":" + number.decode().strip()
+
+    def start(self, *args, exe=None, debug="-all,warn+seh"):
+        """Starts Tavro.exe (or another copy of it) with the given arguments."""
+        env = dict(self.env, WINEDEBUG=debug)
+        self._log_file = open(self.log_path, "ab")
+        self.process = subprocess.Popen(["wine", str(exe or BIN / "Tavro.exe"), *args], env=env,
+                                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=self._log_file,
+                                        cwd=self.work)
+        return self.process
+
+    def wait_exit(self, timeout=20):
+        return self.process.wait(timeout=timeout)
+
+    def stop(self):
+        try:
+            if self.process and self.process.poll() is None:
+                for window in self._windows_of_class("TavroMainWindow"):
+                    self.post(window, WM_CLOSE)
+                try:
+                    self.process.wait(timeout=10)
+                except subprocess.TimeoutExpired:
+                    self.process.kill()
+        finally:
+            if self._probe:
+                try:
+                    self._probe.stdin.write(b"quit\n")
+                    self._probe.stdin.flush()
+                    self._probe.wait(timeout=5)
+                except Exception:
+                    self._probe.kill()
+                self._probe.stdin.close()
+                self._probe.stdout.close()
+            subprocess.run(["wineserver", "-k"], env=self.env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            if self._log_file:
+                self._log_file.close()
+            if self.log_path.exists():
+                shutil.copy2(self.log_path, ARTIFACTS / (self.name + ".log"))
+            if self._xvfb:
+                self._xvfb.terminate()
+                self._xvfb.wait(timeout=5)
+
+    def _windows_of_class(self, class_name):
+        try:
+            return [self.find_window(class_name, timeout=0)]
+        except ProbeError:
+            return []
+
+    # -- the probe -------------------------------------------------------
+    def _probe_process(self):
+        if self._probe is None or self._probe.poll() is not None:
+            self._probe = subprocess.Popen(["wine", str(PROBE)], env=self.env, stdin=subprocess.PIPE,
+                                           stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        return self._probe
+
+    def request(self, *fields):
+        """One probe request; returns the answer's value, or the list of rows."""
+        probe = self._probe_process()
+        line = "\t".join(str(f).replace("\\", "\\\\").replace("\t", "\\t").replace("\n", "\\n").replace("\r", "\\r")
+                         for f in fields)
+        probe.stdin.write(line.encode("utf-8") + b"\n")
+        probe.stdin.flush()
+        answer = probe.stdout.readline().decode("utf-8").rstrip("\r\n")
+        status, _, value = answer.partition("\t")
+        if status != "ok":
+            raise ProbeError(f"{fields[0]}: {value or answer or 'no answer'}")
+        if fields[0] == "children":
+            return [self._row(probe.stdout.readline()) for _ in range(int(value))]
+        return _unescape_probe(value)
+
+    @staticmethod
+    def _row(raw):
+        parts = [_unescape_probe(p) for p in raw.decode("utf-8").rstrip("\r\n").split("\t")]
+        keys = ("hwnd", "cls", "id", "visible", "left", "top", "right", "bottom", "text")
+        row = dict(zip(keys, parts))
+        for key in ("hwnd", "id", "left", "top", "right", "bottom"):
+            row[key] = int(row[key])
+        row["visible"] = row["visible"] == "1"
+        return row
+
+    # -- windows ---------------------------------------------------------
+    def find_window(self, class_name="", title="", timeout=15, prefix=False):
+        verb = "find-window-prefix" if prefix else "find-window"
+        return int(self.request(verb, class_name, title, int(timeout * 1000)))
+
+    def main_window(self, timeout=20):
+        return self.find_window("TavroMainWindow", timeout=timeout)
+
+    def find_dialog(self, title, timeout=15):
+        """A dialog or message box by its exact title."""
+        return self.find_window("", title, timeout)
+
+    def title(self, hwnd):
+        return self.request("title", hwnd)
+
+    def text(self, hwnd):
+        return self.request("text", hwnd)
+
+    def children(self, hwnd):
+        return self.request("children", hwnd)
+
+    def child(self, hwnd, class_name):
+        for row in self.children(hwnd):
+            if row["cls"] == class_name:
+                return row
+        raise ProbeError(f"no {class_name} child")
+
+    def dialog_texts(self, hwnd):
+        return [row["text"] for row in self.children(hwnd) if row["text"]]
+
+    def press(self, dialog, button_text):
+        return int(self.request("press", dialog, button_text))
+
+    def post(self, hwnd, message, wparam=0, lparam=0):
+        self.request("post", hwnd, message, wparam, lparam)
+
+    def send(self, hwnd, message, wparam=0, lparam=0):
+        return int(self.request("send", hwnd, message, wparam, lparam))
+
+    def command(self, hwnd, command_id):
+        self.post(hwnd, WM_COMMAND, command_id, 0)
+
+    def chars(self, hwnd, text):
+        self.request("chars", hwnd, text)
+
+    def alive(self, hwnd):
+        return self.request("alive", hwnd) == "1"
+
+    def wait_gone(self, hwnd, timeout=10):
+        self.request("wait-gone", hwnd, int(timeout * 1000))
+
+    def wait_for(self, read, expected, timeout=10):
+        """Polls read() until it returns expected; returns the last value."""
+        deadline = time.monotonic() + timeout
+        value = read()
+        while value != expected and time.monotonic() < deadline:
+            time.sleep(0.1)
+            value = read()
+        return value
+
+    # -- keyboard through X ------------------------------------------------
+    def _x_window(self, title_regex):
+        out = subprocess.run(["xdotool", "search", "--name", title_regex], env=self.env, capture_output=True,
+                             text=True).stdout.split()
+        if not out:
+            raise ProbeError(f"no X window named {title_regex}")
+        return out[0]
+
+    def keys(self, *keys, title_regex="^Tavro"):
+        window = self._x_window(title_regex)
+        subprocess.run(["xdotool", "windowfocus", "--sync", window], env=self.env, check=True)
+        subprocess.run(["xdotool", "key", "--delay", "40", *keys], env=self.env, check=True)
+
+    def type(self, text, title_regex="^Tavro"):
+        window = self._x_window(title_regex)
+        subprocess.run(["xdotool", "windowfocus", "--sync", window], env=self.env, check=True)
+        subprocess.run(["xdotool", "type", "--delay", "30", text], env=self.env, check=True)
+
+    # -- log and screen ----------------------------------------------------
+    def log_lines(self):
+        """The OutputDebugStringW lines so far, each with its own line end."""
+        if self._log_file:
+            self._log_file.flush()
+        lines = []
+        for raw in self.log_path.read_text("latin-1").splitlines():
+            match = _ODS.search(raw)
+            if match:
+                lines.append(_unescape_wine(match.group(1)))
+        return lines
+
+    def wait_log(self, line, timeout=10):
+        deadline = time.monotonic() + timeout
+        while line not in self.log_lines():
+            if time.monotonic() > deadline:
+                return False
+            time.sleep(0.1)
+        return True
+
+    def screenshot(self, name):
+        path = ARTIFACTS / f"{self.name}.{name}.png"
+        subprocess.run(["import", "-display", self.display, "-window", "root", f"png24:{path}"], check=True,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        return path
+
+    def pixel(self, png, x, y):
+        """(r, g, b) of one pixel of a screenshot."""
+        out = subprocess.run(["convert", str(png), "-crop", f"1x1+{x}+{y}", "-depth", "8", "txt:-"],
+                             capture_output=True, text=True, check=True).stdout
+        match = re.search(r"\((\d+),(\d+),(\d+)", out.splitlines()[-1])
+        return tuple(int(v) for v in match.groups())
+
+
+def _unescape_probe(text):
+    out, i = [], 0
+    while i < len(text):
+        c = text[i]
+        if c == "\\" and i + 1 < len(text):
+            i += 1
+            out.append({"n": "\n", "r": "\r", "t": "\t"}.get(text[i], text[i]))
+        else:
+            out.append(c)
+        i += 1
+    return "".join(out)
+
+
+class TavroTestCase(unittest.TestCase):
+    def setUp(self):
+        self.tavro = TavroSession(self.id().split(".", 1)[-1])
+        self.addCleanup(self.tavro.stop)
+
+    def write_file(self, name, data):
+        path = self.tavro.work / name
+        path.write_bytes(data if isinstance(data, bytes) else data.encode("utf-8"))
+        return path
+
+
+def main():
+    unittest.main(verbosity=2)

@@ -1,0 +1,62 @@
+"""Start-up of the real program: the main window, the editor child, a file
+from the command line, and the fatal message without Scintilla.dll."""
+import shutil
+
+import harness
+from harness import TavroTestCase, windows_path
+
+
+class StartupTest(TavroTestCase):
+    def test_file_on_command_line_is_shown(self):
+        content = "first line of the sample\r\nzweite Zeile: \u00e9\u00e8 \u2014 \u4e2d\u6587\r\n"
+        sample = self.write_file("sample.txt", content)
+        self.tavro.start(windows_path(sample))
+        main = self.tavro.main_window()
+        editor = self.tavro.child(main, "Scintilla")
+        self.assertTrue(editor["visible"])
+        text = self.tavro.wait_for(lambda: self.tavro.text(editor["hwnd"]), content)
+        self.assertEqual(text, content)
+        self.assertEqual(self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - sample.txt"),
+                         "Tavro - sample.txt")
+        log = self.tavro.log_lines()
+        for line in ("Tavro: wWinMain started\n", "Tavro: Scintilla.dll loaded\n", "Tavro: Main window created\n",
+                     "[WM_USER_OPEN_FILE] FileLoad SUCCESS\n"):
+            self.assertIn(line, log)
+
+        shot = self.tavro.screenshot("file-shown")
+        # The editor paints its white page where Wine put it on the screen.
+        middle_x = (editor["left"] + editor["right"]) // 2
+        middle_y = (editor["top"] + editor["bottom"]) // 2
+        self.assertEqual(self.tavro.pixel(shot, middle_x, middle_y), (255, 255, 255))
+
+    def test_without_a_file_the_document_is_untitled_and_takes_typing(self):
+        self.tavro.start()
+        main = self.tavro.main_window()
+        self.assertEqual(self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - Untitled"), "Tavro - Untitled")
+        editor = self.tavro.child(main, "Scintilla")["hwnd"]
+        self.assertEqual(self.tavro.text(editor), "")
+        self.tavro.type("typed through X")
+        self.assertEqual(self.tavro.wait_for(lambda: self.tavro.text(editor), "typed through X"), "typed through X")
+
+    def test_close_ends_the_process_with_code_zero(self):
+        self.tavro.start()
+        main = self.tavro.main_window()
+        self.tavro.post(main, harness.WM_CLOSE)
+        self.assertEqual(self.tavro.wait_exit(), 0)
+        self.assertTrue(self.tavro.wait_log("Tavro: Exiting with code 0\n"))
+
+    def test_missing_scintilla_is_fatal(self):
+        lonely = self.tavro.work / "lonely"
+        lonely.mkdir()
+        shutil.copy2(harness.BIN / "Tavro.exe", lonely / "Tavro.exe")
+        self.tavro.start(exe=lonely / "Tavro.exe")
+        box = self.tavro.find_dialog("Tavro - Fatal Error")
+        self.assertIn("Scintilla.dll not found.\nPlace Scintilla.dll next to Tavro.exe.", self.tavro.dialog_texts(box))
+        self.tavro.screenshot("fatal")
+        self.tavro.press(box, "OK")
+        self.assertEqual(self.tavro.wait_exit(), 1)
+        self.assertIn("Tavro: ERROR - Scintilla.dll not found\n", self.tavro.log_lines())
+
+
+if __name__ == "__main__":
+    harness.main()
