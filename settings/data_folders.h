@@ -1,0 +1,14 @@
+// The folder tree of the program's own files under the roaming
+// application-data folder. Paths come back empty rather than failing.
+#pragma once
+
+#include <string>
+
+// <appdata>\Tavro, created if missing; empty when the shell can't name the
+// application-data folder.
+std::wstring GetAppDataFolder();
+
+// The settings file of this process: <app>\tavro.cfg for the default profile,
+// <app>\profiles\tavro_<profile>.cfg for any other (the profiles folder is
+// created), or the relative "tavro.cfg" when there is no application folder.
+std::wstring GetSettingsFilePath();
