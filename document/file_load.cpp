@@ -1,11 +1,15 @@
-// Document load. This first form reads the whole file into the editor as
-// UTF-8 and keeps the handle open; encoding and binary detection come with
-// the full load.
-#include "document/document.h"
+// Document load: the single door through which text enters the editor.
+#include <windows.h>
 
+#include <cwchar>
+#include <string>
 #include <vector>
 
 #include "Scintilla.h"
+#include "document/document.h"
+#include "document/text_detect.h"
+#include "presentation/message_box.h"
+#include "presentation/presentation.h"
 #include "shell/shell.h"
 
 std::wstring g_filePath;
@@ -13,40 +17,142 @@ HANDLE g_fileHandle = INVALID_HANDLE_VALUE;
 TextEncoding g_encoding = kUtf8;
 bool g_modified = false;
 
+namespace {
+
+bool g_loadInProgress = false;
+
+// Titles with the mangled dash are the program's own and stay as they are.
+constexpr wchar_t kErrorTitle[] = L"Tavro - Error";
+constexpr wchar_t kMangledErrorTitle[] = L"Tavro \u00e2\u20ac\u201d Error";
+constexpr wchar_t kCannotOpenTitle[] = L"Tavro - Cannot Open";
+
+// Clears the guard on every way out.
+struct LoadGuard {
+  LoadGuard() { g_loadInProgress = true; }
+  ~LoadGuard() { g_loadInProgress = false; }
+};
+
+LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+  return SendMessageW(g_hwndEditor, message, wParam, lParam);
+}
+
+bool Refuse(HWND window, HANDLE file, const wchar_t* logLine, const wchar_t* title, const wchar_t* text) {
+  OutputDebugStringW(logLine);
+  CloseHandle(file);
+  ShowMessageBox(window, kBoxOk, title, text);
+  return false;
+}
+
+}  // namespace
+
+void ShowFileOpenError(HWND window, DWORD errorCode, const wchar_t* path) {
+  std::wstring text;
+  wchar_t head[128];
+  switch (errorCode) {
+    case ERROR_SHARING_VIOLATION:
+      return;
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+      swprintf(head, 128, L"File not found (error %lu).\n\n", errorCode);
+      text = std::wstring(head) + path;
+      break;
+    case ERROR_ACCESS_DENIED:
+      swprintf(head, 128, L"Access denied (error %lu).\n\n", errorCode);
+      text = std::wstring(head) + L"The file may be read-only, protected, or your account lacks permission.";
+      break;
+    default:
+      swprintf(head, 128, L"Cannot open file (error %lu).\n\n", errorCode);
+      text = std::wstring(head) + path;
+      break;
+  }
+  ShowMessageBox(window, kBoxOk, kErrorTitle, text.c_str());
+}
+
 bool FileLoad(HWND window, const wchar_t* path) {
-  (void)window;
-  if (!path || !g_hwndEditor) return false;
+  if (g_loadInProgress) {
+    OutputDebugStringW(L"Tavro: FileLoad already in progress, skipping\n");
+    return false;
+  }
+  LoadGuard guard;
+  std::wstring line = L"Tavro: FileLoad called for: " + std::wstring(path) + L"\n";
+  OutputDebugStringW(line.c_str());
+
+  // A different file gives up the old handle before the new one is looked at.
   if (g_filePath != path && g_fileHandle != INVALID_HANDLE_VALUE) {
     CloseHandle(g_fileHandle);
     g_fileHandle = INVALID_HANDLE_VALUE;
   }
+
+  // No delete sharing: while the document is open nobody deletes or renames it.
   HANDLE file = CreateFileW(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                             OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE)
     file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                        FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return false;
-
-  DWORD size = GetFileSize(file, nullptr);
-  std::vector<char> bytes(size == INVALID_FILE_SIZE ? 0 : size + 1, '\0');
-  DWORD read = 0;
-  if (size == INVALID_FILE_SIZE || (size > 0 && (!ReadFile(file, bytes.data(), size, &read, nullptr) || read != size))) {
-    CloseHandle(file);
+  if (file == INVALID_HANDLE_VALUE) {
+    ShowFileOpenError(window, GetLastError(), path);
     return false;
   }
-  const char* text = bytes.data();
-  g_encoding = kUtf8;
-  if (size >= 3 && static_cast<unsigned char>(text[0]) == 0xEF && static_cast<unsigned char>(text[1]) == 0xBB &&
-      static_cast<unsigned char>(text[2]) == 0xBF) {
-    text += 3;
-    g_encoding = kUtf8Bom;
+  OutputDebugStringW(L"Tavro: File opened successfully\n");
+
+  DWORD size = GetFileSize(file, nullptr);
+  if (size == INVALID_FILE_SIZE)
+    return Refuse(window, file, L"Tavro: ERROR - Cannot get file size\n", kMangledErrorTitle,
+                  L"Cannot get file size.");
+  std::vector<uint8_t> raw(size);
+  DWORD read = 0;
+  if (!ReadFile(file, raw.data(), size, &read, nullptr) || read != size)
+    return Refuse(window, file, L"Tavro: ERROR - Cannot read file\n", kMangledErrorTitle, L"Cannot read file.");
+  OutputDebugStringW(L"Tavro: File read successfully\n");
+
+  switch (DetectBinary(raw.data(), raw.size())) {
+    case BinaryVerdict::kKnownFormat:
+      return Refuse(window, file, L"Tavro: ERROR - Known binary format detected (PDF/EXE/ZIP/Image)\n",
+                    kCannotOpenTitle, L"Cannot open binary file.\n\n");
+    case BinaryVerdict::kTooManyNulls:
+      return Refuse(window, file, L"Tavro: ERROR - Binary file detected (too many nulls)\n", kCannotOpenTitle,
+                    L"This file appears to be a binary file and cannot be opened as text.");
+    case BinaryVerdict::kTooManyControls:
+      return Refuse(window, file, L"Tavro: ERROR - Binary file detected (too many control chars)\n",
+                    kCannotOpenTitle, L"This file contains binary control characters and cannot be opened as text.");
+    case BinaryVerdict::kText:
+      break;
   }
-  if (g_fileHandle != INVALID_HANDLE_VALUE && g_fileHandle != file) CloseHandle(g_fileHandle);
+
+  DecodedText decoded = DecodeDocumentBytes(raw.data(), raw.size());
+  std::vector<uint8_t>().swap(raw);  // only the UTF-8 text stays in memory
+
+  int eolMode = DetectLineEnding(decoded.utf8, static_cast<int>(Editor(SCI_GETEOLMODE)));
+  Editor(SCI_SETEOLMODE, eolMode);
+
+  if (g_fileHandle != INVALID_HANDLE_VALUE) {  // the same file loaded again
+    CloseHandle(g_fileHandle);
+    g_fileHandle = INVALID_HANDLE_VALUE;
+  }
+
+  // SCI_SETTEXT stops at the first zero byte, wherever it stands.
+  Editor(SCI_SETREADONLY, 0);
+  Editor(SCI_CLEARALL);
+  Editor(SCI_SETTEXT, 0, reinterpret_cast<LPARAM>(decoded.utf8.c_str()));
+  Editor(SCI_EMPTYUNDOBUFFER);
+  Editor(SCI_GOTOPOS, 0);
+  std::string().swap(decoded.utf8);
+
   g_fileHandle = file;
-  SendMessageW(g_hwndEditor, SCI_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
-  SendMessageW(g_hwndEditor, SCI_EMPTYUNDOBUFFER, 0, 0);
-  SendMessageW(g_hwndEditor, SCI_SETSAVEPOINT, 0, 0);
-  SendMessageW(g_hwndEditor, SCI_GOTOPOS, 0, 0);
+  g_encoding = decoded.encoding;
+
+  if (!g_viewerMode) {
+    ApplyLanguage(path);
+    for (int indicator = 8; indicator <= 10; ++indicator) {
+      Editor(SCI_SETINDICATORCURRENT, indicator);
+      Editor(SCI_INDICATORCLEARRANGE, 0, Editor(SCI_GETLENGTH));
+    }
+  } else {
+    ApplyViewerLook();
+  }
+
+  OutputDebugStringW(L"Tavro: FileLoad completed successfully\n");
   g_filePath = path;
+  OutputDebugStringW(L"[FileLoad] g_filePath set\n");
   return true;
 }

@@ -1,89 +1,301 @@
-// Process entry: loads the editing control, builds the main window, opens the
-// file named on the command line and runs the message loop.
+// Process entry: settles profile and role, loads settings and the two
+// editor modules, builds the main window, opens files and runs the loop.
 #include <windows.h>
 
 #include <commctrl.h>
 #include <objbase.h>
 #include <shellapi.h>
 
+#include <string>
+#include <vector>
+
+#include "ai/chat/ai_state.h"
+#include "ai/chat/chat_store.h"
+#include "presentation/message_box.h"
+#include "presentation/presentation.h"
+#include "settings/settings.h"
+#include "settings/temp_files.h"
+#include "shell/command_line.h"
 #include "shell/shell.h"
 
 namespace {
 
-void FatalMessage(const wchar_t* text) { MessageBoxW(nullptr, text, L"Tavro - Fatal Error", MB_OK | MB_ICONERROR); }
+constexpr int kAcceleratorTable = 103;
+constexpr int kUseDefault = static_cast<int>(0x80000000);
+constexpr int kViewerWidth = 660;
+constexpr int kViewerHeight = 820;
+
+void Log(const wchar_t* line) { OutputDebugStringW(line); }
+
+template <typename... Args>
+void Logf(const wchar_t* format, Args... args) {
+  wchar_t line[1024];
+  swprintf(line, 1024, format, args...);
+  OutputDebugStringW(line);
+}
+
+void FatalMessage(const wchar_t* text) { ShowMessageBox(nullptr, kBoxOk, L"Tavro - Fatal Error", text); }
+
+std::vector<std::wstring> CommandLineArguments() {
+  std::vector<std::wstring> args;
+  int argc = 0;
+  LPWSTR* argv = CommandLineToArgvW(GetCommandLineW(), &argc);
+  for (int i = 0; argv && i < argc; ++i) args.emplace_back(argv[i]);
+  if (argv) LocalFree(argv);
+  return args;
+}
+
+struct InstanceSearch {
+  ATOM profileAtom;
+  HWND found;
+};
+
+BOOL CALLBACK MatchProfileWindow(HWND window, LPARAM data) {
+  auto* search = reinterpret_cast<InstanceSearch*>(data);
+  wchar_t className[64] = {};
+  GetClassNameW(window, className, 64);
+  if (wcscmp(className, kMainWindowClass) != 0 || !GetPropW(window, kProfileProperty)) return TRUE;
+  ATOM atom = static_cast<ATOM>(reinterpret_cast<UINT_PTR>(GetPropW(window, kProfileAtomProperty)));
+  if (!atom || atom != search->profileAtom) return TRUE;
+  search->found = window;
+  return FALSE;
+}
+
+// The running window of this profile, restored and brought to the front.
+void RaiseRunningInstance(const std::wstring& label) {
+  InstanceSearch search = {GlobalFindAtomW(label.c_str()), nullptr};
+  if (!search.profileAtom) return;
+  EnumWindows(MatchProfileWindow, reinterpret_cast<LPARAM>(&search));
+  if (!search.found) return;
+  WINDOWPLACEMENT placement = {};
+  placement.length = sizeof(placement);
+  GetWindowPlacement(search.found, &placement);
+  if (placement.showCmd == SW_SHOWMINIMIZED) ShowWindow(search.found, SW_RESTORE);
+  SetForegroundWindow(search.found);
+}
+
+void FreeModules() {
+  if (g_lexillaModule) FreeLibrary(g_lexillaModule);
+  if (g_scintillaModule) FreeLibrary(g_scintillaModule);
+  g_lexillaModule = g_scintillaModule = nullptr;
+}
+
+// In a Viewer only Esc, Ctrl+A and Ctrl+C get through; typing and navigation don't.
+bool ViewerDropsMessage(const MSG& msg) {
+  if (msg.message == WM_CHAR) return true;
+  if (msg.message != WM_KEYDOWN && msg.message != WM_SYSKEYDOWN) return false;
+  if (msg.wParam == VK_ESCAPE) return false;
+  bool ctrl = (GetKeyState(VK_CONTROL) & 0x8000) != 0;
+  return !(ctrl && (msg.wParam == 'A' || msg.wParam == 'C'));
+}
 
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
   g_hInstance = instance;
-  OutputDebugStringW(L"Tavro: wWinMain started\n");
+  Log(L"Tavro: wWinMain started\n");
   HRESULT com = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
-  OutputDebugStringW(SUCCEEDED(com) || com == RPC_E_CHANGED_MODE ? L"Tavro: COM initialized\n"
-                                                                 : L"COM initialization failed\n");
+  Log(SUCCEEDED(com) || com == RPC_E_CHANGED_MODE ? L"Tavro: COM initialized\n" : L"COM initialization failed\n");
 
-  INITCOMMONCONTROLSEX icc = {sizeof(icc), ICC_BAR_CLASSES};
-  OutputDebugStringW(L"Tavro: Initializing common controls\n");
+  Log(L"Tavro: Loading settings\n");
+  Log(L"Tavro: Initializing ChatHistoryManager\n");
+  const std::vector<std::wstring> args = CommandLineArguments();
+  const StartupArguments startup = ParseStartupArguments(args);
+  g_profileName = startup.profileName;
+
+  if (!startup.viewer) {
+    std::wstring mutexName = L"Local\\Tavro_Instance_" + ProfileLabel(g_profileName);
+    HANDLE instanceMutex = CreateMutexW(nullptr, TRUE, mutexName.c_str());
+    if (instanceMutex && GetLastError() == ERROR_ALREADY_EXISTS) {
+      // Another process runs this profile: raise it; a file argument is dropped.
+      RaiseRunningInstance(ProfileLabel(g_profileName));
+      CloseHandle(instanceMutex);
+      if (SUCCEEDED(com)) CoUninitialize();
+      return 0;
+    }
+    // The handle stays open for the life of the process.
+  }
+
+  LoadAll(GetChatHistory());
+  LoadSettings();
+  if (g_settings.showSplash && !startup.viewer) ShowSplash(instance);
+  TakeLiveSettings();
+  CleanupTempFiles();
+  g_themeChosen = true;
+  if (g_settings.firstRun) {
+    g_settings.firstRun = 0;
+    SaveSettings(g_settings);
+  }
+
+  Log(L"Tavro: Parsing command line for --viewer flag\n");
+  g_viewerMode = startup.viewer;
+  if (g_viewerMode) Log(L"Tavro: Viewer mode enabled\n");
+
+  Log(L"Tavro: Initializing common controls\n");
+  INITCOMMONCONTROLSEX icc = {};
+  icc.dwSize = sizeof(icc);
+  icc.dwICC = ICC_BAR_CLASSES;
   InitCommonControlsEx(&icc);
 
-  OutputDebugStringW(L"Tavro: Loading Scintilla.dll\n");
+  Log(L"Tavro: Loading Scintilla.dll\n");
   g_scintillaModule = LoadLibraryW(L"Scintilla.dll");
   if (!g_scintillaModule) {
-    OutputDebugStringW(L"Tavro: ERROR - Scintilla.dll not found\n");
+    Log(L"Tavro: ERROR - Scintilla.dll not found\n");
     FatalMessage(L"Scintilla.dll not found.\nPlace Scintilla.dll next to Tavro.exe.");
     return 1;
   }
-  OutputDebugStringW(L"Tavro: Scintilla.dll loaded\n");
+  Log(L"Tavro: Scintilla.dll loaded\n");
 
-  OutputDebugStringW(L"Tavro: Registering Scintilla window class\n");
+  if (!g_viewerMode) {
+    Log(L"Tavro: Loading lexilla.dll\n");
+    g_lexillaModule = LoadLibraryW(L"lexilla.dll");
+    if (!g_lexillaModule) {
+      Log(L"Tavro: ERROR - lexilla.dll not found\n");
+      FatalMessage(L"lexilla.dll not found.\nPlace lexilla.dll next to Tavro.exe.");
+      FreeModules();
+      return 1;
+    }
+    Log(L"Tavro: lexilla.dll loaded\n");
+    g_createLexer = reinterpret_cast<CreateLexerFn>(
+        reinterpret_cast<void*>(GetProcAddress(g_lexillaModule, "CreateLexer")));
+    if (!g_createLexer) {
+      Log(L"Tavro: ERROR - CreateLexer not found in lexilla.dll\n");
+      FatalMessage(L"lexilla.dll: CreateLexer not found.\nLexilla verzija nije kompatibilna.");
+      FreeModules();
+      return 1;
+    }
+    Log(L"Tavro: CreateLexer function found\n");
+  }
+
+  Log(L"Tavro: Initializing critical section\n");
+  InitializeCriticalSection(&g_aiHistoryLock);
+
+  Log(L"Tavro: Registering Scintilla window class\n");
   using RegisterClassesFn = int(__stdcall*)(void*);
-  auto registerClasses =
-      reinterpret_cast<RegisterClassesFn>(reinterpret_cast<void*>(GetProcAddress(g_scintillaModule, "Scintilla_RegisterClasses")));
+  auto registerClasses = reinterpret_cast<RegisterClassesFn>(
+      reinterpret_cast<void*>(GetProcAddress(g_scintillaModule, "Scintilla_RegisterClasses")));
   if (registerClasses) registerClasses(instance);
 
-  OutputDebugStringW(L"Tavro: Registering main window class\n");
+  Log(L"Tavro: Loading accelerators\n");
+  HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(kAcceleratorTable));
+
+  Log(L"Tavro: Registering main window class\n");
   if (!RegisterMainWindowClass(instance)) {
-    OutputDebugStringW(L"Tavro: ERROR - Failed to register window class\n");
+    Log(L"Tavro: ERROR - Failed to register window class\n");
     FatalMessage(L"Failed to register window class.");
-    FreeLibrary(g_scintillaModule);
+    FreeModules();
     return 1;
   }
-  OutputDebugStringW(L"Tavro: Window class registered\n");
+  Log(L"Tavro: Window class registered\n");
 
-  OutputDebugStringW(L"Tavro: Creating main window\n");
-  HWND window = CreateWindowExW(WS_EX_ACCEPTFILES, kMainWindowClass, L"Tavro - Viewer", WS_OVERLAPPEDWINDOW,
-                                CW_USEDEFAULT, CW_USEDEFAULT, 1000, 700, nullptr, nullptr, instance, nullptr);
+  Log(L"Tavro: Creating main window\n");
+  int x = CW_USEDEFAULT, y = CW_USEDEFAULT, width, height;
+  if (g_viewerMode) {
+    Log(L"Tavro: Viewer mode - getting window position from STARTUPINFO\n");
+    STARTUPINFOW startupInfo = {};
+    startupInfo.cb = sizeof(startupInfo);
+    GetStartupInfoW(&startupInfo);
+    if (startupInfo.dwFlags & STARTF_USEPOSITION) {
+      x = static_cast<int>(startupInfo.dwX);
+      y = static_cast<int>(startupInfo.dwY);
+      Log(L"Tavro: Using position from STARTUPINFO\n");
+    } else {
+      Log(L"Tavro: Using default position\n");
+    }
+    width = kViewerWidth;
+    height = kViewerHeight;
+    if (startupInfo.dwFlags & STARTF_USESIZE) {
+      width = static_cast<int>(startupInfo.dwXSize);
+      height = static_cast<int>(startupInfo.dwYSize);
+    }
+    Log(L"Tavro: Viewer window size set\n");
+  } else {
+    Log(L"Tavro: Normal mode - using settings for window position\n");
+    if (g_settings.windowX == kUseDefault || g_settings.windowY == kUseDefault) {
+      Log(L"Tavro: Using default position (CW_USEDEFAULT)\n");
+    } else {
+      x = g_settings.windowX;
+      y = g_settings.windowY;
+    }
+    width = g_settings.windowWidth;
+    height = g_settings.windowHeight;
+  }
+  Logf(L"Tavro: Window size: %d x %d, pos: %d, %d\n", width, height, x, y);
+
+  HWND window = CreateWindowExW(g_viewerMode ? 0 : WS_EX_ACCEPTFILES, kMainWindowClass, L"Tavro - Viewer",
+                                WS_OVERLAPPEDWINDOW, x, y, width, height, nullptr, nullptr, instance, nullptr);
   if (!window) {
-    OutputDebugStringW(L"Tavro: ERROR - Failed to create main window\n");
+    Log(L"Tavro: ERROR - Failed to create main window\n");
     FatalMessage(L"Failed to create main window.");
-    FreeLibrary(g_scintillaModule);
+    FreeModules();
     return 1;
   }
-  OutputDebugStringW(L"Tavro: Main window created\n");
-  ShowWindow(window, showCommand);
+  Log(L"Tavro: Main window created\n");
+
+  if (!g_viewerMode && g_settings.transparencyPercent >= 1) {
+    Log(L"Tavro: Applying window transparency\n");
+    SetWindowLongPtrW(window, GWL_EXSTYLE, GetWindowLongPtrW(window, GWL_EXSTYLE) | WS_EX_LAYERED);
+    BYTE alpha = static_cast<BYTE>(255 - g_settings.transparencyPercent * 255 / 100);
+    SetLayeredWindowAttributes(window, 0, alpha, LWA_ALPHA);
+  }
+
+  if (g_viewerMode) ShowWindow(window, SW_SHOWNORMAL);
+  else ShowWindow(window, g_settings.windowMaximized ? SW_SHOWMAXIMIZED : showCommand);
   UpdateWindow(window);
-  OutputDebugStringW(L"Tavro: Window shown\n");
+  Log(L"Tavro: Window shown\n");
 
-  int argc = 0;
-  LPWSTR* argv = CommandLineToArgvW(GetCommandLineW(), &argc);
-  if (argv && argc >= 2 && wcsncmp(argv[1], L"--", 2) != 0) PostOpenFile(window, argv[1]);
-  if (argv) LocalFree(argv);
+  Log(L"Tavro: Processing command line arguments\n");
+  Logf(L"Tavro: Command line has %d arguments\n", static_cast<int>(args.size()));
+  if (args.size() >= 2) Logf(L"Tavro: First argument: %ls\n", args[1].c_str());
+  if (startup.hasFileToOpen) {
+    if (startup.viewer) Log(L"Tavro: Viewer mode - loading file from command line\n");
+    PostOpenFile(window, startup.fileToOpen.c_str());
+  }
+  // The last file is sent, so it loads before the posted command-line file,
+  // which then replaces it with no prompt in between.
+  if (!g_viewerMode && g_settings.lastFilePath[0]) {
+    std::wstring line = L"[wWinMain] Loading last file for profile: " + g_profileName + L"\n";
+    Log(line.c_str());
+    if (GetFileAttributesW(g_settings.lastFilePath) != INVALID_FILE_ATTRIBUTES) {
+      SendOpenFile(window, g_settings.lastFilePath);
+    } else {
+      g_settings.lastFilePath[0] = L'\0';
+      SaveSettings(g_settings);
+    }
+  } else if (!startup.hasFileToOpen) {
+    Log(L"Tavro: No file to load (untitled document)\n");
+  }
 
-  MSG msg;
-  while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
+  MSG msg = {};
+  while (GetMessageW(&msg, nullptr, 0, 0)) {
+    if (g_viewerMode) {
+      if (ViewerDropsMessage(msg)) continue;
+    } else if (accelerators && TranslateAcceleratorW(window, accelerators, &msg)) {
+      continue;
+    }
     TranslateMessage(&msg);
     DispatchMessageW(&msg);
   }
 
-  OutputDebugStringW(L"Tavro: Cleaning up resources\n");
-  FreeLibrary(g_scintillaModule);
-  OutputDebugStringW(L"Tavro: Scintilla.dll unloaded\n");
+  Log(L"Tavro: Cleaning up resources\n");
+  Log(L"Tavro: Shutting down AI Typing Animator...\n");
+  if (g_lexillaModule) {
+    FreeLibrary(g_lexillaModule);
+    g_lexillaModule = nullptr;
+    Log(L"Tavro: lexilla.dll unloaded\n");
+  }
+  if (g_scintillaModule) {
+    FreeLibrary(g_scintillaModule);
+    g_scintillaModule = nullptr;
+    Log(L"Tavro: Scintilla.dll unloaded\n");
+  }
+  DeleteCriticalSection(&g_aiHistoryLock);
+  Log(L"Tavro: Critical sections deleted\n");
   int exitCode = static_cast<int>(msg.wParam);
-  wchar_t line[64];
-  wsprintfW(line, L"Tavro: Exiting with code %d\n", exitCode);
-  OutputDebugStringW(line);
+  Logf(L"Tavro: Exiting with code %d\n", exitCode);
   if (SUCCEEDED(com)) {
     CoUninitialize();
-    OutputDebugStringW(L"Tavro: COM uninitialized\n");
+    Log(L"Tavro: COM uninitialized\n");
   }
   return exitCode;
 }

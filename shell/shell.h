@@ -11,19 +11,37 @@ constexpr UINT WM_USER_OPEN_FILE = 1026;  // lParam: heap wide string the receiv
 
 constexpr wchar_t kMainWindowClass[] = L"TavroMainWindow";
 constexpr wchar_t kProfileProperty[] = L"TavroProfile";
+// Holds a global atom of the profile name, so that another process can tell
+// which profile a main window belongs to without reading this one's memory.
+constexpr wchar_t kProfileAtomProperty[] = L"TavroProfileAtom";
 
 extern HINSTANCE g_hInstance;
 extern HWND g_hwndMain;
 extern HWND g_hwndEditor;
+extern HWND g_hwndToolbar;
+extern HWND g_hwndStatus;
+extern HWND g_hwndMargin;
+extern HWND g_hwndAiPanel;
 extern bool g_viewerMode;
 extern std::wstring g_profileName;  // empty or "default": the default profile
 extern HMODULE g_scintillaModule;
 extern HMODULE g_lexillaModule;
+using CreateLexerFn = void*(__stdcall*)(const char* name);
+extern CreateLexerFn g_createLexer;  // from lexilla.dll; null in a Viewer
 
 bool RegisterMainWindowClass(HINSTANCE instance);
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-// Sends a heap copy of path to the main window as WM_USER_OPEN_FILE.
+// Hand a heap copy of path to the main window as WM_USER_OPEN_FILE, posted
+// (loaded by the message loop) or sent (loaded at once).
 void PostOpenFile(HWND window, const wchar_t* path);
+void SendOpenFile(HWND window, const wchar_t* path);
 
 void UpdateTitle();
+
+// "default" for the default profile, else the profile name: the name used in
+// the instance mutex and on the main window.
+std::wstring ProfileLabel(const std::wstring& profileName);
+
+// The Viewer's fixed look: Georgia 12 on parchment, wrapped, wide margins.
+void ApplyViewerLook();

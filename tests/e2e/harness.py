@@ -81,6 +81,24 @@ def copy_prefix(destination):
     shutil.copytree(TEMPLATE / "dosdevices", destination / "dosdevices", symlinks=True)
 
 
+SETTINGS_SIZE = 40318
+SETTINGS_PAYLOAD = 40302
+
+
+def settings_checksum(payload):
+    """32-bit FNV-1a, as the program checks its settings file."""
+    value = 0x811C9DC5
+    for byte in payload:
+        value = ((value ^ byte) * 16777619) & 0xFFFFFFFF
+    return value
+
+
+def utf16_field(text, units):
+    """A fixed string field: the text, a terminator, zeros to the end."""
+    data = text.encode("utf-16-le") + b"\0\0"
+    return data + b"\0" * (units * 2 - len(data))
+
+
 class ProbeError(RuntimeError):
     pass
 
@@ -120,6 +138,7 @@ class TavroSession:
         self.appdata = self.prefix / "drive_c" / "users" / getpass.getuser() / "AppData" / "Roaming"
         self.log_path = self.work / "tavro.log"
         self.process = None
+        self.processes = []
         self._log_file = None
         self._probe = None
         self._xvfb = None
@@ -149,25 +168,31 @@ class TavroSession:
 
     def start(self, *args, exe=None, debug="-all,warn+seh"):
         """Starts Tavro.exe (or another copy of it) with the given arguments."""
+        """The first process started is self.process; later ones are only returned."""
         env = dict(self.env, WINEDEBUG=debug)
-        self._log_file = open(self.log_path, "ab")
-        self.process = subprocess.Popen(["wine", str(exe or BIN / "Tavro.exe"), *args], env=env,
-                                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=self._log_file,
-                                        cwd=self.work)
-        return self.process
+        if self._log_file is None:
+            self._log_file = open(self.log_path, "ab")
+        process = subprocess.Popen(["wine", str(exe or BIN / "Tavro.exe"), *args], env=env,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=self._log_file,
+                                   cwd=self.work)
+        self.processes.append(process)
+        if self.process is None:
+            self.process = process
+        return process
 
-    def wait_exit(self, timeout=20):
-        return self.process.wait(timeout=timeout)
+    def wait_exit(self, timeout=20, process=None):
+        return (process or self.process).wait(timeout=timeout)
 
     def stop(self):
         try:
-            if self.process and self.process.poll() is None:
-                for window in self._windows_of_class("TavroMainWindow"):
-                    self.post(window, WM_CLOSE)
-                try:
-                    self.process.wait(timeout=10)
-                except subprocess.TimeoutExpired:
-                    self.process.kill()
+            if any(p.poll() is None for p in self.processes):
+                for row in self.request("list-windows", "TavroMainWindow"):
+                    self.post(row["hwnd"], WM_CLOSE)
+                for process in self.processes:
+                    try:
+                        process.wait(timeout=10)
+                    except subprocess.TimeoutExpired:
+                        process.kill()
         finally:
             if self._probe:
                 try:
@@ -187,12 +212,6 @@ class TavroSession:
                 self._xvfb.terminate()
                 self._xvfb.wait(timeout=5)
 
-    def _windows_of_class(self, class_name):
-        try:
-            return [self.find_window(class_name, timeout=0)]
-        except ProbeError:
-            return []
-
     # -- the probe -------------------------------------------------------
     def _probe_process(self):
         if self._probe is None or self._probe.poll() is not None:
@@ -211,7 +230,7 @@ class TavroSession:
         status, _, value = answer.partition("\t")
         if status != "ok":
             raise ProbeError(f"{fields[0]}: {value or answer or 'no answer'}")
-        if fields[0] == "children":
+        if fields[0] in ("children", "list-windows"):
             return [self._row(probe.stdout.readline()) for _ in range(int(value))]
         return _unescape_probe(value)
 
@@ -270,6 +289,22 @@ class TavroSession:
     def chars(self, hwnd, text):
         self.request("chars", hwnd, text)
 
+    def windows(self, class_name):
+        return self.request("list-windows", class_name)
+
+    def count_windows(self, class_name):
+        return int(self.request("count-windows", class_name))
+
+    def iconic(self, hwnd):
+        return self.request("iconic", hwnd) == "1"
+
+    def clipboard(self):
+        return self.request("clipboard")
+
+    def try_delete(self, path):
+        """0 when Windows let the file be deleted, else its error code."""
+        return int(self.request("try-delete", windows_path(path)))
+
     def alive(self, hwnd):
         return self.request("alive", hwnd) == "1"
 
@@ -302,6 +337,23 @@ class TavroSession:
         window = self._x_window(title_regex)
         subprocess.run(["xdotool", "windowfocus", "--sync", window], env=self.env, check=True)
         subprocess.run(["xdotool", "type", "--delay", "30", text], env=self.env, check=True)
+
+    # -- settings file -----------------------------------------------------
+    def settings_path(self, profile=None):
+        folder = self.appdata / "Tavro"
+        return folder / "tavro.cfg" if not profile else folder / "profiles" / f"tavro_{profile}.cfg"
+
+    def patch_settings(self, changes, profile=None):
+        """Writes payload bytes at payload offsets and a fresh checksum, as
+        the program would, keeping the file read-only afterwards."""
+        path = self.settings_path(profile)
+        data = bytearray(path.read_bytes())
+        for offset, value in changes.items():
+            data[16 + offset:16 + offset + len(value)] = value
+        data[12:16] = settings_checksum(bytes(data[16:16 + SETTINGS_PAYLOAD])).to_bytes(4, "little")
+        os.chmod(path, 0o644)
+        path.write_bytes(bytes(data))
+        os.chmod(path, 0o444)
 
     # -- log and screen ----------------------------------------------------
     def log_lines(self):

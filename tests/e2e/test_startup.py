@@ -57,6 +57,32 @@ class StartupTest(TavroTestCase):
         self.assertEqual(self.tavro.wait_exit(), 1)
         self.assertIn("Tavro: ERROR - Scintilla.dll not found\n", self.tavro.log_lines())
 
+    def test_missing_lexilla_is_fatal(self):
+        folder = self.tavro.work / "no-lexilla"
+        folder.mkdir()
+        for name in ("Tavro.exe", "Scintilla.dll"):
+            shutil.copy2(harness.BIN / name, folder / name)
+        self.tavro.start(exe=folder / "Tavro.exe")
+        box = self.tavro.find_dialog("Tavro - Fatal Error")
+        self.assertIn("lexilla.dll not found.\nPlace lexilla.dll next to Tavro.exe.", self.tavro.dialog_texts(box))
+        self.tavro.press(box, "OK")
+        self.assertEqual(self.tavro.wait_exit(), 1)
+        self.assertIn("Tavro: ERROR - lexilla.dll not found\n", self.tavro.log_lines())
+
+    def test_lexilla_without_create_lexer_is_fatal(self):
+        folder = self.tavro.work / "old-lexilla"
+        folder.mkdir()
+        for name in ("Tavro.exe", "Scintilla.dll"):
+            shutil.copy2(harness.BIN / name, folder / name)
+        shutil.copy2(harness.BUILD / "tests" / "bin" / "fake-lexilla" / "lexilla.dll", folder / "lexilla.dll")
+        self.tavro.start(exe=folder / "Tavro.exe")
+        box = self.tavro.find_dialog("Tavro - Fatal Error")
+        self.assertIn("lexilla.dll: CreateLexer not found.\nLexilla verzija nije kompatibilna.",
+                      self.tavro.dialog_texts(box))
+        self.tavro.press(box, "OK")
+        self.assertEqual(self.tavro.wait_exit(), 1)
+        self.assertIn("Tavro: ERROR - CreateLexer not found in lexilla.dll\n", self.tavro.log_lines())
+
 
 if __name__ == "__main__":
     harness.main()

@@ -170,6 +170,23 @@ void Handle(const std::vector<std::string>& f) {
     std::printf("ok\t%u\n", static_cast<unsigned>(children.size()));
     for (HWND child : children) std::printf("%s\n", DescribeWindow(child).c_str());
     std::fflush(stdout);
+  } else if (verb == "list-windows") {
+    // list-windows CLASS: visible top-level windows of that class (any class when empty).
+    struct Matches {
+      std::wstring className;
+      std::vector<HWND> windows;
+    } matches = {ToWide(arg(1)), {}};
+    EnumWindows(
+        [](HWND window, LPARAM data) -> BOOL {
+          auto* m = reinterpret_cast<Matches*>(data);
+          if (IsWindowVisible(window) && (m->className.empty() || ClassOf(window) == m->className))
+            m->windows.push_back(window);
+          return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&matches));
+    std::printf("ok\t%u\n", static_cast<unsigned>(matches.windows.size()));
+    for (HWND window : matches.windows) std::printf("%s\n", DescribeWindow(window).c_str());
+    std::fflush(stdout);
   } else if (verb == "describe") {
     HWND window = ToWindow(arg(1));
     if (!IsWindow(window)) return Reply("err", "no window");
@@ -226,6 +243,49 @@ void Handle(const std::vector<std::string>& f) {
     DWORD pid = 0;
     GetWindowThreadProcessId(ToWindow(arg(1)), &pid);
     Reply("ok", std::to_string(pid));
+  } else if (verb == "count-windows") {
+    // count-windows CLASS: visible top-level windows of that class.
+    struct Count {
+      std::wstring className;
+      int count;
+    } count = {ToWide(arg(1)), 0};
+    EnumWindows(
+        [](HWND window, LPARAM data) -> BOOL {
+          auto* c = reinterpret_cast<Count*>(data);
+          if (IsWindowVisible(window) && ClassOf(window) == c->className) ++c->count;
+          return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&count));
+    Reply("ok", std::to_string(count.count));
+  } else if (verb == "iconic") {
+    Reply("ok", IsIconic(ToWindow(arg(1))) ? "1" : "0");
+  } else if (verb == "foreground") {
+    Reply("ok", FromWindow(GetForegroundWindow()));
+  } else if (verb == "clipboard") {
+    std::wstring text;
+    for (int attempt = 0; attempt < 20 && !OpenClipboard(nullptr); ++attempt) Sleep(50);
+    if (HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
+      if (auto* chars = static_cast<const wchar_t*>(GlobalLock(data))) {
+        text = chars;
+        GlobalUnlock(data);
+      }
+    }
+    CloseClipboard();
+    Reply("ok", Escape(text));
+  } else if (verb == "set-clipboard") {
+    std::wstring text = ToWide(arg(1));
+    if (!OpenClipboard(nullptr)) return Reply("err", "clipboard busy");
+    EmptyClipboard();
+    HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
+    memcpy(GlobalLock(memory), text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+    GlobalUnlock(memory);
+    SetClipboardData(CF_UNICODETEXT, memory);
+    CloseClipboard();
+    Reply("ok", "");
+  } else if (verb == "try-delete") {
+    // try-delete PATH: 0 when deleted, else the Win32 error code.
+    if (DeleteFileW(ToWide(arg(1)).c_str())) Reply("ok", "0");
+    else Reply("ok", std::to_string(GetLastError()));
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {

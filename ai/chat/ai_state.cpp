@@ -1,0 +1,3 @@
+#include "ai/chat/ai_state.h"
+
+CRITICAL_SECTION g_aiHistoryLock;

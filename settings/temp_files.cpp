@@ -1,0 +1,4 @@
+// The sweeps arrive with the temp folder; start-up already calls this.
+#include "settings/temp_files.h"
+
+void CleanupTempFiles() {}
