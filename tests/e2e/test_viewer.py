@@ -47,6 +47,22 @@ class ViewerTest(TavroTestCase):
         self.tavro.find_window("TavroMainWindow", "Tavro Viewer - other.txt")
         self.assertEqual(self.tavro.count_windows("TavroMainWindow"), 3)
 
+    def test_viewer_takes_position_and_size_from_its_startup_info(self):
+        self.tavro.start()  # the session's first process; the Viewer comes from inside Wine
+        self.tavro.main_window()
+        doc = self.write_file("placed.txt", "placed text")
+        exe = windows_path(harness.BIN / "Tavro.exe")
+        self.tavro.request("spawn", 140, 60, 740, 860, f'"{exe}" --viewer "{windows_path(doc)}"')
+        viewer = self.tavro.find_window("TavroMainWindow", "Tavro Viewer - placed.txt")
+        row = next(r for r in self.tavro.windows("TavroMainWindow") if r["hwnd"] == viewer)
+        self.assertEqual((row["left"], row["top"], row["right"] - row["left"], row["bottom"] - row["top"]),
+                         (140, 60, 740, 860))
+
+    def test_viewer_without_startup_info_is_660_by_820(self):
+        viewer, _, _ = self.start_viewer()
+        row = next(r for r in self.tavro.windows("TavroMainWindow") if r["hwnd"] == viewer)
+        self.assertEqual((row["right"] - row["left"], row["bottom"] - row["top"]), (660, 820))
+
     def test_viewer_alone_opens_an_empty_window(self):
         self.tavro.start("--viewer")
         viewer = self.tavro.find_window("TavroMainWindow", "Tavro - Viewer")

@@ -286,6 +286,24 @@ void Handle(const std::vector<std::string>& f) {
     // try-delete PATH: 0 when deleted, else the Win32 error code.
     if (DeleteFileW(ToWide(arg(1)).c_str())) Reply("ok", "0");
     else Reply("ok", std::to_string(GetLastError()));
+  } else if (verb == "spawn") {
+    // spawn X Y WIDTH HEIGHT COMMAND_LINE: starts a process with that window
+    // position and size in its STARTUPINFO; answers its process id.
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USEPOSITION | STARTF_USESIZE;
+    startup.dwX = static_cast<DWORD>(Number(arg(1)));
+    startup.dwY = static_cast<DWORD>(Number(arg(2)));
+    startup.dwXSize = static_cast<DWORD>(Number(arg(3)));
+    startup.dwYSize = static_cast<DWORD>(Number(arg(4)));
+    std::wstring commandLine = ToWide(arg(5));
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                        &process))
+      return Reply("err", std::to_string(GetLastError()));
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    Reply("ok", std::to_string(process.dwProcessId));
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {
