@@ -1,0 +1,2 @@
+// Data folders, temp names and the three sweeps.
+#include <gtest/gtest.h>
