@@ -18,3 +18,24 @@ bool FileLoad(HWND window, const wchar_t* path);
 
 // Reports a failed open by its error code; a sharing violation says nothing.
 void ShowFileOpenError(HWND window, DWORD errorCode, const wchar_t* path);
+
+// Writes the document: through the kept handle, or as a new file when there
+// is none; an untitled document goes through Save As. True when it ran.
+bool FileSave(HWND window);
+// Asks for a path and saves; false on Cancel.
+bool FileSaveAs(HWND window);
+
+// Asks before unsaved work would be dropped: IDYES, IDNO or IDCANCEL.
+int PromptSaveChanges(HWND window);
+// The one pattern every caller of the prompt follows: false means stop
+// (Cancel, or Yes and the save failed), true means go on.
+bool ConfirmDiscardOrSave(HWND window);
+
+// 0 fine or untitled, 1 gone with its folder, 2 gone from a folder that exists.
+int CheckFileStatus();
+
+// Auto-save: timer 5001 on the main window, started only by the Settings
+// dialog's OK path; each tick saves a modified document that has a path.
+constexpr UINT_PTR kAutoSaveTimer = 5001;
+void RestartAutoSaveTimer(HWND window, unsigned minutes);
+void OnAutoSaveTimer(HWND window);

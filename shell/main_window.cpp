@@ -13,6 +13,7 @@
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
 #include "settings/settings.h"
+#include "shell/commands.h"
 #include "shell/shell.h"
 
 namespace {
@@ -190,6 +191,30 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       return 0;
     case WM_SETFOCUS:
       if (g_hwndEditor) SetFocus(g_hwndEditor);
+      return 0;
+    case WM_COMMAND:
+      if (HandleCommand(window, LOWORD(wParam))) return 0;
+      break;
+    case WM_NOTIFY: {
+      auto* notification = reinterpret_cast<const SCNotification*>(lParam);
+      if (notification->nmhdr.hwndFrom == g_hwndEditor && notification->nmhdr.code == SCN_MODIFIED && !g_viewerMode &&
+          (notification->modificationType & (SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT)) && !g_modified) {
+        g_modified = true;
+        UpdateTitle();
+      }
+      return 0;
+    }
+    case WM_TIMER:
+      if (wParam == kAutoSaveTimer) OnAutoSaveTimer(window);
+      return 0;
+    case WM_CLOSE:
+      // Cancel, or a failed save after Yes, keeps the window open.
+      if (!g_viewerMode && !ConfirmDiscardOrSave(window)) return 0;
+      if (g_fileHandle != INVALID_HANDLE_VALUE) {
+        CloseHandle(g_fileHandle);
+        g_fileHandle = INVALID_HANDLE_VALUE;
+      }
+      DestroyWindow(window);
       return 0;
     case WM_USER_OPEN_FILE:
       OnOpenFile(window, reinterpret_cast<wchar_t*>(lParam));

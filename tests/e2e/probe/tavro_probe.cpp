@@ -304,6 +304,20 @@ void Handle(const std::vector<std::string>& f) {
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
     Reply("ok", std::to_string(process.dwProcessId));
+  } else if (verb == "hold-file") {
+    // hold-file PATH: opens it with no sharing at all until release-file.
+    static HANDLE held = INVALID_HANDLE_VALUE;
+    if (held != INVALID_HANDLE_VALUE) CloseHandle(held);
+    held = CreateFileW(ToWide(arg(1)).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
+                       FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (held == INVALID_HANDLE_VALUE) return Reply("err", std::to_string(GetLastError()));
+    Reply("ok", "");
+  } else if (verb == "set-text") {
+    DWORD_PTR result = 0;
+    std::wstring text = ToWide(arg(2));
+    SendMessageTimeoutW(ToWindow(arg(1)), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()), SMTO_ABORTIFHUNG,
+                        5000, &result);
+    Reply("ok", std::to_string(static_cast<long long>(result)));
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {
