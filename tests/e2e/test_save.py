@@ -55,6 +55,16 @@ class SaveTest(TavroTestCase):
         self.assertEqual(target.read_bytes(), self.tavro.text(editor).encode("utf-8"))
         self.assertEqual(target.read_bytes(), b"first words\r\nsecond line")
 
+    def test_save_of_an_untitled_document_goes_through_save_as(self):
+        main, editor = self.start_with()
+        self.tavro.type("draft")
+        self.tavro.command(main, CMD_SAVE)
+        dialog = self.tavro.find_dialog("Save As - Tavro")
+        self.tavro.press(dialog, "Cancel")
+        self.tavro.wait_gone(dialog)
+        self.assertEqual(self.tavro.title(main), "Tavro - Untitled *")
+        self.assertEqual(self.tavro.text(editor), "draft")
+
     def test_shorter_save_leaves_no_old_tail(self):
         main, editor = self.start_with("long.txt", "a long line of text that will shrink\r\n")
         self.tavro.keys("ctrl+a", "Delete")
