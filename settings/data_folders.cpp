@@ -1,4 +1,4 @@
-// Paths of the application folder and of the settings file.
+// Paths of the application folder, its subfolders and the settings file.
 #include "settings/data_folders.h"
 
 #include <windows.h>
@@ -15,6 +15,22 @@ std::wstring GetAppDataFolder() {
   return folder;
 }
 
+namespace {
+
+// <app>\<name>, created if missing; empty when there is no application folder
+// or when no folder stands at that path afterwards (a file of that name, say).
+std::wstring GetAppSubfolder(const wchar_t* name) {
+  const std::wstring app = GetAppDataFolder();
+  if (app.empty()) return std::wstring();
+  const std::wstring folder = app + L"\\" + name;
+  CreateDirectoryW(folder.c_str(), nullptr);  // fails harmlessly when it exists
+  const DWORD attributes = GetFileAttributesW(folder.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) return std::wstring();
+  return folder;
+}
+
+}  // namespace
+
 std::wstring GetSettingsFilePath() {
   const std::wstring app = GetAppDataFolder();
   if (app.empty()) return L"tavro.cfg";
@@ -23,3 +39,7 @@ std::wstring GetSettingsFilePath() {
   CreateDirectoryW(profiles.c_str(), nullptr);
   return profiles + L"\\tavro_" + g_profileName + L".cfg";
 }
+
+std::wstring GetProfilesFolder() { return GetAppSubfolder(L"profiles"); }
+
+std::wstring GetTempFolder() { return GetAppSubfolder(L"tmp"); }

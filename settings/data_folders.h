@@ -12,3 +12,13 @@ std::wstring GetAppDataFolder();
 // <app>\profiles\tavro_<profile>.cfg for any other (the profiles folder is
 // created), or the relative "tavro.cfg" when there is no application folder.
 std::wstring GetSettingsFilePath();
+
+// <app>\profiles, created if missing: the settings files of the profiles other
+// than the default. Empty when there is no application folder or the folder
+// can't be made.
+std::wstring GetProfilesFolder();
+
+// <app>\tmp, created if missing: temporary exports, texts for a Viewer and
+// the regex results files. Empty when there is no application folder or the
+// folder can't be made.
+std::wstring GetTempFolder();
