@@ -1,0 +1,1 @@
+#include "presentation/message_box_layout.h"

@@ -1,0 +1,2 @@
+// Sizes of the message box in dialog units, worked out without a window.
+#pragma once

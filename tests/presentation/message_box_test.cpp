@@ -1,0 +1,2 @@
+// Message box layout and results.
+#include <gtest/gtest.h>

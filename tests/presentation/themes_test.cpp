@@ -1,0 +1,2 @@
+// Theme rows and their use.
+#include <gtest/gtest.h>
