@@ -148,7 +148,7 @@ bool FileLoad(HWND window, const wchar_t* path) {
       Editor(SCI_INDICATORCLEARRANGE, 0, Editor(SCI_GETLENGTH));
     }
   } else {
-    ApplyViewerLook();
+    ApplyViewerLook(g_hwndMain);
   }
 
   OutputDebugStringW(L"Tavro: FileLoad completed successfully\n");

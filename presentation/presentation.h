@@ -1,17 +1,33 @@
-// Process-wide state of the presentation: theme choice, title bar and the
-// editor's language.
+// Process-wide state of the presentation and the window side of themes:
+// switching, the editor's colours, title bars, the Viewer's look, buttons.
 #pragma once
 
 #include <windows.h>
 
 extern bool g_themeChosen;  // the theme stands by the user's choice; set at start-up
 
+// The one way to switch theme; an index of 6 or more is ignored.
+void ApplyTheme(unsigned index, bool chosen);
+// Colours of the editor control from the live theme row.
+void ApplyEditorTheme();
+// Base configuration of the editor control, once after it is created.
+void SetupEditor();
+// Title bar (and, for an unchosen theme, the row) after a system colour change.
+void SyncSystemTheme(HWND window);
+// The fixed reading look of a Viewer, in which the theme plays no part.
+void ApplyViewerLook(HWND window);
+
 // Dark or light title bar through the desktop window manager.
 void SetDarkTitleBar(HWND window, bool dark);
 
-// Sets the lexer for a path and styles the editor. Plain text until the
-// lexers are wired in.
+// Paints an owner-drawn push button of a dialog in the live theme.
+void DrawThemedButton(const DRAWITEMSTRUCT* item);
+
+// Sets the lexer for a path and styles the editor; every document is plain
+// text until the lexers are wired in.
 void ApplyLanguage(const wchar_t* path);
+// Reapplies font, colours and styles of the current language.
+void RestyleCurrentLanguage();
 
 // The start screen, shown before the DLLs load; returns when it has gone.
 // Shown by the splash window once it exists; until then start-up goes on at once.

@@ -56,3 +56,15 @@ const wchar_t* const kThemeNames[kThemeCount] = {L"Tavro Dark", L"Tavro Light", 
 const ThemeColors& ThemeRow(unsigned index) { return kThemes[index < kThemeCount ? index : 0]; }
 
 const ThemeColors& CurrentTheme() { return ThemeRow(g_themeIndex); }
+
+bool ThemeTitleBarDark(unsigned index) { return index == 0 || index == 4; }
+
+bool SyncedTitleBarDark(unsigned themeIndex) { return ((themeIndex - 1) & ~4u) != 0; }
+
+unsigned char TransparencyAlpha(unsigned percent) {
+  return static_cast<unsigned char>(255 - static_cast<int>(percent * 255.0 / 100.0));
+}
+
+const wchar_t* WindowThemeClass(const ThemeColors& row) {
+  return (row.isDark & 0xFF) ? L"DarkMode_Explorer" : L"Explorer";
+}

@@ -56,3 +56,17 @@ const ThemeColors& ThemeRow(unsigned index);
 // The row of the live theme index.
 const ThemeColors& CurrentTheme();
 
+
+// The title bar ApplyTheme gives a row: dark for rows 0 and 4 only.
+bool ThemeTitleBarDark(unsigned index);
+
+// The title bar the system-theme sync gives a chosen theme: light for rows 1
+// and 5 only, so Azure and Green get a dark frame here and a light one from
+// ApplyTheme. Both are kept as they are.
+bool SyncedTitleBarDark(unsigned themeIndex);
+
+// Layered-window alpha of a transparency percentage: 10 gives 230.
+unsigned char TransparencyAlpha(unsigned percent);
+
+// "DarkMode_Explorer" for dark rows, "Explorer" for the others.
+const wchar_t* WindowThemeClass(const ThemeColors& row);

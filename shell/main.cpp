@@ -13,6 +13,7 @@
 #include "ai/chat/chat_store.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
+#include "presentation/themes.h"
 #include "settings/settings.h"
 #include "settings/temp_files.h"
 #include "shell/command_line.h"
@@ -235,8 +236,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
   if (!g_viewerMode && g_settings.transparencyPercent >= 1) {
     Log(L"Tavro: Applying window transparency\n");
     SetWindowLongPtrW(window, GWL_EXSTYLE, GetWindowLongPtrW(window, GWL_EXSTYLE) | WS_EX_LAYERED);
-    BYTE alpha = static_cast<BYTE>(255 - g_settings.transparencyPercent * 255 / 100);
-    SetLayeredWindowAttributes(window, 0, alpha, LWA_ALPHA);
+    SetLayeredWindowAttributes(window, 0, TransparencyAlpha(g_settings.transparencyPercent), LWA_ALPHA);
   }
 
   if (g_viewerMode) ShowWindow(window, SW_SHOWNORMAL);

@@ -12,6 +12,7 @@
 #include "document/document.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
+#include "presentation/themes.h"
 #include "settings/settings.h"
 #include "shell/commands.h"
 #include "shell/shell.h"
@@ -27,13 +28,6 @@ LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
   return SendMessageW(g_hwndEditor, message, wParam, lParam);
 }
 
-std::string Utf8(const wchar_t* text) {
-  int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-  std::string out(size > 0 ? size - 1 : 0, '\0');
-  if (size > 1) WideCharToMultiByte(CP_UTF8, 0, text, -1, out.data(), size, nullptr, nullptr);
-  return out;
-}
-
 std::wstring FileNameOf(const std::wstring& path) {
   size_t slash = path.find_last_of(L"\\/");
   return slash == std::wstring::npos ? path : path.substr(slash + 1);
@@ -43,26 +37,7 @@ bool CreateEditor(HWND window) {
   g_hwndEditor = CreateWindowExW(0, L"Scintilla", L"", WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | WS_CLIPCHILDREN,
                                  0, g_viewerMode || !g_hwndToolbar ? 0 : 44, 800, 600, window, nullptr, g_hInstance, nullptr);
   if (!g_hwndEditor) return false;
-  Editor(SCI_SETCODEPAGE, SC_CP_UTF8);
-  Editor(SCI_SETEOLMODE, SC_EOL_CRLF);
-  Editor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(Utf8(g_fontName).c_str()));
-  Editor(SCI_STYLESETSIZE, STYLE_DEFAULT, g_fontSize);
-  Editor(SCI_STYLESETBOLD, STYLE_DEFAULT, g_settings.fontBold ? 1 : 0);
-  Editor(SCI_STYLESETITALIC, STYLE_DEFAULT, g_settings.fontItalic ? 1 : 0);
-  Editor(SCI_STYLECLEARALL);
-  for (int margin = 0; margin < 5; ++margin) Editor(SCI_SETMARGINWIDTHN, margin, 0);
-  Editor(SCI_SETMARGINLEFT, 0, 6);
-  Editor(SCI_SETWRAPMODE, g_wordWrap ? SC_WRAP_WORD : SC_WRAP_NONE);
-  Editor(SCI_SETHSCROLLBAR, g_wordWrap ? 0 : 1);
-  Editor(SCI_SETTABWIDTH, 4);
-  Editor(SCI_SETINDENT, 4);
-  Editor(SCI_SETUSETABS, 0);
-  Editor(SCI_SETCARETPERIOD, 500);
-  Editor(SCI_SETCARETWIDTH, 2);
-  Editor(SCI_SETINDENTATIONGUIDES, SC_IV_NONE);
-  Editor(SCI_SETVSCROLLBAR, 1);
-  Editor(SCI_SETMODEVENTMASK, SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT);
-  Editor(SCI_USEPOPUP, SC_POPUP_NEVER);
+  SetupEditor();
   return true;
 }
 
@@ -105,31 +80,6 @@ void OnOpenFile(HWND window, wchar_t* path) {
 
 std::wstring ProfileLabel(const std::wstring& profileName) {
   return profileName.empty() ? std::wstring(L"default") : profileName;
-}
-
-void ApplyViewerLook() {
-  if (!g_hwndEditor) return;
-  const COLORREF text = RGB(0x2D, 0x1E, 0x0F), paper = RGB(0xF5, 0xEE, 0xDC);
-  Editor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>("Georgia"));
-  Editor(SCI_STYLESETSIZE, STYLE_DEFAULT, 12);
-  Editor(SCI_STYLESETBOLD, STYLE_DEFAULT, 0);
-  Editor(SCI_STYLESETITALIC, STYLE_DEFAULT, 0);
-  Editor(SCI_STYLESETFORE, STYLE_DEFAULT, text);
-  Editor(SCI_STYLESETBACK, STYLE_DEFAULT, paper);
-  Editor(SCI_STYLECLEARALL);
-  Editor(SCI_STYLESETBACK, STYLE_LINENUMBER, paper);
-  for (int margin = 0; margin < 5; ++margin) Editor(SCI_SETMARGINBACKN, margin, paper);
-  Editor(SCI_SETCARETFORE, RGB(0x50, 0x32, 0x14));
-  Editor(SCI_SETCARETPERIOD, 0);
-  Editor(SCI_SETCARETWIDTH, 1);
-  Editor(SCI_SETSELFORE, 1, RGB(0x14, 0x0A, 0x00));
-  Editor(SCI_SETSELBACK, 1, RGB(0xC8, 0xB4, 0x8C));
-  Editor(SCI_SETWRAPMODE, SC_WRAP_WORD);
-  Editor(SCI_SETHSCROLLBAR, 0);
-  Editor(SCI_SETMARGINLEFT, 0, 28);
-  Editor(SCI_SETMARGINRIGHT, 0, 28);
-  if (g_hwndMain) SetDarkTitleBar(g_hwndMain, false);
-  SetWindowTheme(g_hwndEditor, L"Explorer", nullptr);
 }
 
 void PostOpenFile(HWND window, const wchar_t* path) {
@@ -181,10 +131,32 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       }
       if (g_viewerMode) {
         Editor(SCI_SETREADONLY, 1);
-        ApplyViewerLook();
+        ApplyViewerLook(window);
       } else {
+        ApplyEditorTheme();
+        SyncSystemTheme(window);
         UpdateTitle();
       }
+      return 0;
+    case WM_ERASEBKGND: {
+      RECT client;
+      GetClientRect(window, &client);
+      HBRUSH brush = CreateSolidBrush(CurrentTheme().windowBackground);
+      FillRect(reinterpret_cast<HDC>(wParam), &client, brush);
+      DeleteObject(brush);
+      return 1;
+    }
+    case WM_THEME_CHANGED:
+      ApplyTheme(static_cast<unsigned>(wParam), true);
+      RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+      return 0;
+    case WM_SYSTEM_THEME_CHANGED:
+      if (!g_viewerMode) SyncSystemTheme(window);
+      return 0;
+    case WM_SETTINGCHANGE:
+      if (lParam && (wcscmp(reinterpret_cast<const wchar_t*>(lParam), L"ImmersiveColorSet") == 0 ||
+                     wcscmp(reinterpret_cast<const wchar_t*>(lParam), L"Policy") == 0))
+        PostMessageW(window, WM_SYSTEM_THEME_CHANGED, 0, 0);
       return 0;
     case WM_SIZE:
       if (wParam != SIZE_MINIMIZED) LayOut(window, LOWORD(lParam), HIWORD(lParam));

@@ -8,6 +8,8 @@
 
 // Private window messages.
 constexpr UINT WM_USER_OPEN_FILE = 1026;  // lParam: heap wide string the receiver frees
+constexpr UINT WM_THEME_CHANGED = 0x8001;  // wParam: new theme index
+constexpr UINT WM_SYSTEM_THEME_CHANGED = 0x8064;
 
 constexpr wchar_t kMainWindowClass[] = L"TavroMainWindow";
 constexpr wchar_t kProfileProperty[] = L"TavroProfile";
@@ -43,5 +45,3 @@ void UpdateTitle();
 // the instance mutex and on the main window.
 std::wstring ProfileLabel(const std::wstring& profileName);
 
-// The Viewer's fixed look: Georgia 12 on parchment, wrapped, wide margins.
-void ApplyViewerLook();

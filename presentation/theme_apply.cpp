@@ -1,0 +1,202 @@
+// Switching themes and painting the editor, title bars and buttons in them.
+#include <windows.h>
+
+#include <dwmapi.h>
+#include <uxtheme.h>
+
+#include <string>
+
+#include "Scintilla.h"
+#include "presentation/presentation.h"
+#include "presentation/themes.h"
+#include "settings/settings.h"
+#include "shell/shell.h"
+
+namespace {
+
+constexpr DWORD kDarkModeAttribute = 20;
+constexpr DWORD kDarkModeAttributeEarly = 19;  // the same attribute on early Windows 10 builds
+constexpr int kElementSelectionInactiveText = 16;
+constexpr int kElementSelectionInactiveBack = 17;
+constexpr UINT kRedrawFrame = SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED;
+
+LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+  return SendMessageW(g_hwndEditor, message, wParam, lParam);
+}
+
+std::string Utf8(const wchar_t* text) {
+  int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+  std::string out(size > 0 ? size - 1 : 0, '\0');
+  if (size > 1) WideCharToMultiByte(CP_UTF8, 0, text, -1, out.data(), size, nullptr, nullptr);
+  return out;
+}
+
+// Fold margin, caret and both selections, as the editor and its set-up share them.
+void ApplyCaretAndSelection(const ThemeColors& row) {
+  Editor(SCI_SETFOLDMARGINCOLOUR, 1, row.editorBackground);
+  Editor(SCI_SETFOLDMARGINHICOLOUR, 1, row.editorBackground);
+  Editor(SCI_SETCARETFORE, row.caretColour);
+  Editor(SCI_SETSELBACK, 1, row.selectionBackground);
+  Editor(SCI_SETSELFORE, 1, row.selectionText);
+  Editor(SCI_SETELEMENTCOLOUR, kElementSelectionInactiveBack, row.selectionBackground | 0xFF000000u);
+  Editor(SCI_SETELEMENTCOLOUR, kElementSelectionInactiveText, row.selectionText | 0xFF000000u);
+}
+
+}  // namespace
+
+void SetDarkTitleBar(HWND window, bool dark) {
+  if (!window) return;
+  BOOL value = dark ? TRUE : FALSE;
+  if (FAILED(DwmSetWindowAttribute(window, kDarkModeAttribute, &value, sizeof(value))))
+    DwmSetWindowAttribute(window, kDarkModeAttributeEarly, &value, sizeof(value));
+  SetWindowPos(window, nullptr, 0, 0, 0, 0, kRedrawFrame);
+}
+
+void SetupEditor() {
+  if (!g_hwndEditor) return;
+  const ThemeColors& row = CurrentTheme();
+  Editor(SCI_SETCODEPAGE, SC_CP_UTF8);
+  Editor(SCI_SETEOLMODE, SC_EOL_CRLF);
+  Editor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(Utf8(g_fontName).c_str()));
+  Editor(SCI_STYLESETSIZE, STYLE_DEFAULT, g_fontSize);
+  Editor(SCI_STYLESETBOLD, STYLE_DEFAULT, g_settings.fontBold ? 1 : 0);
+  Editor(SCI_STYLESETITALIC, STYLE_DEFAULT, g_settings.fontItalic ? 1 : 0);
+  Editor(SCI_STYLECLEARALL);
+  Editor(SCI_STYLESETBACK, STYLE_DEFAULT, row.editorBackground);
+  Editor(SCI_STYLESETFORE, STYLE_DEFAULT, row.editorText);
+  ApplyCaretAndSelection(row);
+  for (int margin = 0; margin < 5; ++margin) Editor(SCI_SETMARGINWIDTHN, margin, 0);
+  Editor(SCI_SETMARGINBACKN, 0, row.marginBackground);
+  Editor(SCI_STYLESETBACK, STYLE_LINENUMBER, row.marginBackground);
+  Editor(SCI_STYLESETFORE, STYLE_LINENUMBER, row.marginText);
+  Editor(SCI_SETMARGINLEFT, 0, 6);
+  Editor(SCI_SETWRAPMODE, g_wordWrap ? SC_WRAP_WORD : SC_WRAP_NONE);
+  Editor(SCI_SETHSCROLLBAR, g_wordWrap ? 0 : 1);
+  Editor(SCI_SETTABWIDTH, 4);
+  Editor(SCI_SETINDENT, 4);
+  Editor(SCI_SETUSETABS, 0);  // the Tab key inserts four spaces
+  Editor(SCI_SETCARETPERIOD, 500);
+  Editor(SCI_SETCARETWIDTH, 2);
+  Editor(SCI_SETMOUSESELECTIONRECTANGULARSWITCH, 0);
+  Editor(SCI_SETINDENTATIONGUIDES, SC_IV_NONE);
+  Editor(SCI_SETVSCROLLBAR, 1);
+  Editor(SCI_SETMODEVENTMASK, SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT);
+  Editor(SCI_USEPOPUP, SC_POPUP_NEVER);  // the program has its own context menu
+}
+
+void ApplyEditorTheme() {
+  const ThemeColors& row = CurrentTheme();
+  if (g_hwndMain) {
+    BOOL dark = (row.isDark & 0xFF) ? TRUE : FALSE;
+    DwmSetWindowAttribute(g_hwndMain, kDarkModeAttribute, &dark, sizeof(dark));
+  }
+  if (!g_hwndEditor) return;
+  Editor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(Utf8(g_fontName).c_str()));
+  Editor(SCI_STYLESETSIZE, STYLE_DEFAULT, g_fontSize);
+  Editor(SCI_STYLESETBACK, STYLE_DEFAULT, row.editorBackground);
+  Editor(SCI_STYLESETFORE, STYLE_DEFAULT, row.editorText);
+  ApplyCaretAndSelection(row);
+  RestyleCurrentLanguage();
+  Editor(SCI_STYLESETBOLD, STYLE_DEFAULT, g_settings.fontBold ? 1 : 0);
+  Editor(SCI_STYLESETITALIC, STYLE_DEFAULT, g_settings.fontItalic ? 1 : 0);
+  for (int margin = 0; margin < 5; ++margin) Editor(SCI_SETMARGINWIDTHN, margin, 0);
+  for (HWND window : {g_hwndMargin, g_hwndStatus, g_hwndToolbar})
+    if (window) InvalidateRect(window, nullptr, TRUE);
+  SetWindowTheme(g_hwndEditor, WindowThemeClass(row), nullptr);
+  SetWindowPos(g_hwndEditor, nullptr, 0, 0, 0, 0, kRedrawFrame);
+}
+
+void ApplyTheme(unsigned index, bool chosen) {
+  if (index >= kThemeCount) return;
+  g_themeChosen = chosen;
+  g_themeIndex = index;
+  g_settings.themeIndex = index;
+  ApplyEditorTheme();
+  SetDarkTitleBar(g_hwndMain, ThemeTitleBarDark(index));
+  if (g_hwndMargin && IsWindowVisible(g_hwndMargin)) InvalidateRect(g_hwndMargin, nullptr, TRUE);
+  SaveSettings(g_settings);
+}
+
+void SyncSystemTheme(HWND window) {
+  if (g_themeChosen) {
+    SetDarkTitleBar(window, SyncedTitleBarDark(g_settings.themeIndex));
+    return;
+  }
+  DWORD value = 1, size = sizeof(value);
+  if (RegGetValueW(HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize",
+                   L"AppsUseLightTheme", RRF_RT_REG_DWORD, nullptr, &value, &size) != ERROR_SUCCESS)
+    value = 1;
+  SetDarkTitleBar(window, value == 0);
+  unsigned wanted = value != 0 ? 1 : 0;
+  if (wanted != g_themeIndex) ApplyTheme(wanted, false);
+}
+
+void ApplyViewerLook(HWND window) {
+  if (!g_hwndEditor) return;
+  const COLORREF text = RGB(0x2D, 0x1E, 0x0F), paper = RGB(0xF5, 0xEE, 0xDC);
+  Editor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>("Georgia"));
+  Editor(SCI_STYLESETSIZE, STYLE_DEFAULT, 12);
+  Editor(SCI_STYLESETBOLD, STYLE_DEFAULT, 0);
+  Editor(SCI_STYLESETITALIC, STYLE_DEFAULT, 0);
+  Editor(SCI_STYLECLEARALL);
+  Editor(SCI_STYLESETBACK, STYLE_DEFAULT, paper);
+  Editor(SCI_STYLESETFORE, STYLE_DEFAULT, text);
+  Editor(SCI_STYLECLEARALL);
+  Editor(SCI_SETFOLDMARGINCOLOUR, 1, paper);
+  Editor(SCI_SETFOLDMARGINHICOLOUR, 1, paper);
+  Editor(SCI_SETCARETFORE, RGB(0x50, 0x32, 0x14));
+  Editor(SCI_SETCARETPERIOD, 0);
+  Editor(SCI_SETCARETWIDTH, 1);
+  Editor(SCI_SETSELBACK, 1, RGB(0xC8, 0xB4, 0x8C));
+  Editor(SCI_SETSELFORE, 1, RGB(0x14, 0x0A, 0x00));
+  Editor(SCI_SETWRAPMODE, SC_WRAP_WORD);
+  Editor(SCI_SETHSCROLLBAR, 0);
+  Editor(SCI_SETMARGINLEFT, 0, 28);
+  Editor(SCI_SETMARGINRIGHT, 0, 28);
+  if (window) {
+    BOOL light = FALSE;
+    DwmSetWindowAttribute(window, kDarkModeAttribute, &light, sizeof(light));
+  }
+  SetWindowTheme(g_hwndEditor, L"Explorer", nullptr);
+}
+
+void DrawThemedButton(const DRAWITEMSTRUCT* item) {
+  const ThemeColors& row = CurrentTheme();
+  const bool pressed = (item->itemState & ODS_SELECTED) != 0;
+  const bool focused = (item->itemState & ODS_FOCUS) != 0;
+  HDC dc = item->hDC;
+  RECT rect = item->rcItem;
+
+  HBRUSH face = CreateSolidBrush(pressed ? row.buttonFacePressed : row.buttonFace);
+  HGDIOBJ oldBrush = SelectObject(dc, face);
+  HGDIOBJ oldPen = SelectObject(dc, GetStockObject(NULL_PEN));
+  RoundRect(dc, rect.left, rect.top, rect.right, rect.bottom, 8, 8);
+  HPEN border = CreatePen(PS_SOLID, 1, focused ? row.buttonBorderFocused : row.buttonBorder);
+  SelectObject(dc, border);
+  SelectObject(dc, GetStockObject(NULL_BRUSH));
+  RoundRect(dc, rect.left, rect.top, rect.right, rect.bottom, 8, 8);
+  HPEN highlight = nullptr;
+  if (!pressed) {
+    highlight = CreatePen(PS_SOLID, 1, (row.isDark & 0xFF) ? RGB(0x50, 0x50, 0x5A) : RGB(0xFF, 0xFF, 0xFF));
+    SelectObject(dc, highlight);
+    MoveToEx(dc, rect.left + 4, rect.top + 1, nullptr);
+    LineTo(dc, rect.right - 4, rect.top + 1);
+  }
+  SelectObject(dc, oldPen);
+  SelectObject(dc, oldBrush);
+  DeleteObject(face);
+  DeleteObject(border);
+  if (highlight) DeleteObject(highlight);
+
+  wchar_t caption[64] = {};
+  GetWindowTextW(item->hwndItem, caption, 64);
+  HFONT font = CreateFontW(-13, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                           CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH, L"Segoe UI");
+  HGDIOBJ oldFont = SelectObject(dc, font);
+  SetBkMode(dc, TRANSPARENT);
+  SetTextColor(dc, row.buttonText);
+  if (pressed) OffsetRect(&rect, 0, 1);
+  DrawTextW(dc, caption, -1, &rect, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+  SelectObject(dc, oldFont);
+  DeleteObject(font);
+}

@@ -1,0 +1,73 @@
+"""The six themes on the real main window: editor paper and ink sampled from
+the screen match the table, the choice is saved, bad indexes read row 0."""
+import time
+
+import harness
+from harness import TavroTestCase, windows_path
+
+WM_THEME_CHANGED = 0x8001
+
+# editorBackground and editorText of each row, as (r, g, b).
+ROWS = [
+    ("Tavro Dark", (0x1C, 0x1C, 0x1E), (0xD4, 0xD4, 0xD4)),
+    ("Tavro Light", (0xFF, 0xFF, 0xFF), (0x00, 0x00, 0x00)),
+    ("Azure", (0xEB, 0xF4, 0xFF), (0x0A, 0x14, 0x32)),
+    ("Green", (0xEB, 0xFF, 0xEB), (0x00, 0x28, 0x00)),
+    ("Night", (0x20, 0x20, 0x1E), (0xDC, 0xDA, 0xC8)),
+    ("Sepia", (0xFF, 0xF8, 0xEB), (0x3C, 0x23, 0x0C)),
+]
+BLOCKS = "\u2588" * 12
+
+
+class ThemesTest(TavroTestCase):
+    def open_blocks(self):
+        doc = self.write_file("blocks.txt", BLOCKS + "\r\n" + BLOCKS + "\r\n")
+        self.tavro.start(windows_path(doc))
+        main = self.tavro.main_window()
+        self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - blocks.txt")
+        return main, self.tavro.child(main, "Scintilla")
+
+    def paper_and_ink(self, name, editor):
+        time.sleep(0.5)
+        shot = self.tavro.screenshot(name)
+        paper = self.tavro.pixel(shot, editor["right"] - 60, editor["bottom"] - 60)
+        # The middle of the second row of full blocks, clear of their edges.
+        ink = self.tavro.pixel(shot, editor["left"] + 30, editor["top"] + 30)
+        return paper, ink
+
+    def stored_index(self):
+        data = self.tavro.settings_path().read_bytes()
+        return int.from_bytes(data[16:20], "little")
+
+    def test_each_theme_paints_the_editor_in_its_colours_and_is_saved(self):
+        main, editor = self.open_blocks()
+        for index, (name, paper, ink) in enumerate(ROWS):
+            self.tavro.send(main, WM_THEME_CHANGED, index)
+            got_paper, got_ink = self.paper_and_ink(name.replace(" ", "-"), editor)
+            self.assertEqual(got_paper, paper, name)
+            self.assertEqual(got_ink, ink, name)
+            self.assertEqual(self.stored_index(), index, name)
+
+    def test_index_six_changes_nothing(self):
+        main, editor = self.open_blocks()
+        self.tavro.send(main, WM_THEME_CHANGED, 5)
+        self.tavro.send(main, WM_THEME_CHANGED, 6)
+        paper, ink = self.paper_and_ink("after-six", editor)
+        self.assertEqual((paper, ink), ROWS[5][1:])
+        self.assertEqual(self.stored_index(), 5)
+
+    def test_stored_index_nine_paints_row_zero_and_stays_nine(self):
+        self.tavro.start()
+        main = self.tavro.main_window()
+        self.tavro.post(main, harness.WM_CLOSE)
+        self.tavro.wait_exit()
+        self.tavro.process = None
+        self.tavro.patch_settings({0: (9).to_bytes(4, "little")})
+        main, editor = self.open_blocks()
+        paper, ink = self.paper_and_ink("index-nine", editor)
+        self.assertEqual((paper, ink), ROWS[0][1:])
+        self.assertEqual(self.stored_index(), 9)
+
+
+if __name__ == "__main__":
+    harness.main()
