@@ -1,0 +1,2 @@
+// Which typewriter clip a typed character plays.
+#pragma once

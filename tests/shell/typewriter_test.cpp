@@ -1,0 +1,2 @@
+// Typewriter sound rule and clips.
+#include <gtest/gtest.h>
