@@ -10,6 +10,7 @@
 #include "document/text_detect.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
+#include "search/search.h"
 #include "shell/shell.h"
 
 std::wstring g_filePath;
@@ -140,13 +141,11 @@ bool FileLoad(HWND window, const wchar_t* path) {
 
   g_fileHandle = file;
   g_encoding = decoded.encoding;
+  RefreshMarginWidth();
 
   if (!g_viewerMode) {
     ApplyLanguage(path);
-    for (int indicator = 8; indicator <= 10; ++indicator) {
-      Editor(SCI_SETINDICATORCURRENT, indicator);
-      Editor(SCI_INDICATORCLEARRANGE, 0, Editor(SCI_GETLENGTH));
-    }
+    ClearSearchIndicators();
   } else {
     ApplyViewerLook(g_hwndMain);
   }

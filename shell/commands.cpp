@@ -3,6 +3,7 @@
 #include "Scintilla.h"
 #include "document/document.h"
 #include "presentation/presentation.h"
+#include "search/search.h"
 #include "shell/shell.h"
 
 void NewDocument(HWND window) {
@@ -20,11 +21,14 @@ void NewDocument(HWND window) {
   SendMessageW(g_hwndEditor, SCI_SETEOLMODE, SC_EOL_CRLF, 0);
   ApplyLanguage(L"");
   UpdateTitle();
+  UpdateStatusBar();
   // A large document's memory goes back to the system.
   HeapCompact(GetProcessHeap(), 0);
   SetProcessWorkingSetSize(GetCurrentProcess(), static_cast<SIZE_T>(-1), static_cast<SIZE_T>(-1));
   InvalidateRect(g_hwndEditor, nullptr, TRUE);
+  if (g_hwndMargin) InvalidateRect(g_hwndMargin, nullptr, TRUE);
   UpdateWindow(window);
+  ClearSearchIndicators();
 }
 
 bool HandleCommand(HWND window, int id) {

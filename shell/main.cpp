@@ -181,6 +181,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
   HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(kAcceleratorTable));
 
   Log(L"Tavro: Registering main window class\n");
+  RegisterMarginClass(instance);
   if (!RegisterMainWindowClass(instance)) {
     Log(L"Tavro: ERROR - Failed to register window class\n");
     FatalMessage(L"Failed to register window class.");

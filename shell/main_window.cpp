@@ -1,53 +1,115 @@
-// The main window. It holds the editor; the toolbar, status bar and
-// line-number strip join it later.
+// The main window: hub of the program. It creates the children, lays them
+// out, takes the editor's notifications, runs the timers, accepts dropped
+// files and closes down in a fixed order.
 #include <windows.h>
 
 #include <commctrl.h>
+#include <dwmapi.h>
+#include <mmsystem.h>
 #include <shellapi.h>
+#include <windowsx.h>
 #include <uxtheme.h>
 
 #include <string>
 
 #include "Scintilla.h"
+#include "ai/chat/ai_state.h"
 #include "document/document.h"
+#include "document/save_prompt.h"
+#include "export/export_note.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
+#include "search/search.h"
 #include "settings/settings.h"
 #include "shell/commands.h"
+#include "shell/layout.h"
 #include "shell/shell.h"
+#include "shell/typewriter.h"
 
 namespace {
 
 constexpr wchar_t kViewerTitlePrefix[] = L"Tavro Viewer - ";
+constexpr int kEditorId = 1;
+constexpr UINT_PTR kEditorSubclassId = 1;
+constexpr UINT_PTR kSystemInfoTimer = 5003;
 
 // The profile string whose address the window property carries.
 std::wstring g_profileLabel;
+// The minimum track width asked for at the last layout.
+int g_minimumWidth = 0;
 
 LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
   return SendMessageW(g_hwndEditor, message, wParam, lParam);
 }
 
-std::wstring FileNameOf(const std::wstring& path) {
-  size_t slash = path.find_last_of(L"\\/");
-  return slash == std::wstring::npos ? path : path.substr(slash + 1);
+void MoveTo(HWND window, const Box& box) {
+  if (window) MoveWindow(window, box.x, box.y, box.width, box.height, TRUE);
 }
 
-bool CreateEditor(HWND window) {
-  g_hwndEditor = CreateWindowExW(0, L"Scintilla", L"", WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | WS_CLIPCHILDREN,
-                                 0, g_viewerMode || !g_hwndToolbar ? 0 : 44, 800, 600, window, nullptr, g_hInstance, nullptr);
-  if (!g_hwndEditor) return false;
-  SetupEditor();
-  return true;
-}
+bool IsDefaultProfile() { return g_profileName.empty() || g_profileName == L"default"; }
 
-void LayOut(HWND window, int width, int height) {
-  (void)window;
+void LayOut(HWND window) {
   if (!g_hwndEditor) return;
-  // The toolbar band is 44 pixels high; a Viewer has none.
-  int top = g_viewerMode || !g_hwndToolbar ? 0 : 44;
-  int contentHeight = height - top;
-  MoveWindow(g_hwndEditor, 0, top, width, contentHeight > 0 ? contentHeight : 0, TRUE);
+  RECT client;
+  GetClientRect(window, &client);
+  int width = client.right, height = client.bottom;
+  if (g_viewerMode) {
+    MoveWindow(g_hwndEditor, 0, 0, width, height, TRUE);
+    return;
+  }
+  if (g_hwndStatus) {
+    SendMessageW(g_hwndStatus, WM_SIZE, 0, 0);
+    auto edges = StatusPartEdges(width);
+    SendMessageW(g_hwndStatus, SB_SETPARTS, edges.size(), reinterpret_cast<LPARAM>(edges.data()));
+  }
+  RECT status = {};
+  if (g_hwndStatus) GetWindowRect(g_hwndStatus, &status);
+  const bool withPanel = g_settings.editorMode == 1 && g_hwndAiPanel;
+  MainLayout layout = ComputeMainLayout(width, height, status.bottom - status.top,
+                                        g_lineNumbers ? MarginStripWidth() : 0, withPanel,
+                                        static_cast<int>(g_settings.aiPanelPercent));
+  MoveTo(g_hwndToolbar, layout.toolbar);
+  if (withPanel) {
+    g_settings.aiPanelPercent = static_cast<uint32_t>(layout.panelPercent);
+    g_aiPanelPercent = layout.panelPercent;
+    MoveTo(g_hwndAiPanel, layout.panel);
+    if (!IsWindowVisible(g_hwndAiPanel)) {
+      ShowWindow(g_hwndAiPanel, SW_SHOW);
+      MoveTo(g_hwndAiPanel, layout.panel);
+    }
+  } else if (g_hwndAiPanel && IsWindowVisible(g_hwndAiPanel)) {
+    ShowWindow(g_hwndAiPanel, SW_HIDE);
+  }
+  MoveTo(g_hwndMargin, layout.strip);
+  MoveTo(g_hwndEditor, layout.editor);
+  Editor(SCI_SETHSCROLLBAR, g_wordWrap ? 0 : 1);
+  UpdateStatusBar();
+  if (g_hwndMargin) InvalidateRect(g_hwndMargin, nullptr, FALSE);
+
+  int minimum = MinimumWindowWidth(withPanel, layout.panelPercent);
+  if (minimum != g_minimumWidth) {
+    g_minimumWidth = minimum;
+    SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+  }
+}
+
+// Messages 1249 and 32980: make the window at least as large as it must be.
+void GrowToMinimum(HWND window) {
+  RECT rect;
+  GetWindowRect(window, &rect);
+  int width = rect.right - rect.left, height = rect.bottom - rect.top;
+  if (width >= g_minimumWidth && height >= kMinimumTrackHeight) return;
+  int newWidth = width < g_minimumWidth ? g_minimumWidth : width;
+  int newHeight = height < kMinimumTrackHeight ? kMinimumTrackHeight : height;
+  SetWindowPos(window, nullptr, 0, 0, newWidth, newHeight, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  PostMessageW(window, WM_SIZE, SIZE_RESTORED, MAKELPARAM(newWidth, newHeight));
+}
+
+void AfterLoad() {
+  g_modified = false;
+  UpdateTitle();
+  UpdateStatusBar();
 }
 
 void OnOpenFile(HWND window, wchar_t* path) {
@@ -69,18 +131,159 @@ void OnOpenFile(HWND window, wchar_t* path) {
     LPWSTR* argv = CommandLineToArgvW(GetCommandLineW(), &argc);
     std::wstring shown = argv && argc >= 3 ? argv[2] : path;
     if (argv) LocalFree(argv);
-    SetWindowTextW(window, (kViewerTitlePrefix + FileNameOf(shown)).c_str());
+    SetWindowTextW(window, (kViewerTitlePrefix + DocumentName(shown)).c_str());
   } else {
-    UpdateTitle();
+    AfterLoad();
   }
   HeapFree(GetProcessHeap(), 0, path);
 }
 
-}  // namespace
-
-std::wstring ProfileLabel(const std::wstring& profileName) {
-  return profileName.empty() ? std::wstring(L"default") : profileName;
+void OnDropFiles(HWND window, HDROP drop) {
+  wchar_t path[MAX_PATH] = {};
+  // Only the first dropped file counts.
+  if (DragQueryFileW(drop, 0, path, MAX_PATH) > 0 && g_filePath != path && ConfirmDiscardOrSave(window)) {
+    if (g_fileHandle != INVALID_HANDLE_VALUE) {
+      CloseHandle(g_fileHandle);
+      g_fileHandle = INVALID_HANDLE_VALUE;
+    }
+    if (FileLoad(window, path)) {
+      g_filePath = path;
+      AfterLoad();
+    }
+  }
+  DragFinish(drop);
 }
+
+BOOL CALLBACK CloseOtherInstance(HWND window, LPARAM self) {
+  wchar_t className[64] = {};
+  GetClassNameW(window, className, 64);
+  if (window != reinterpret_cast<HWND>(self) && wcscmp(className, kMainWindowClass) == 0)
+    PostMessageW(window, WM_CLOSE, 0, 0);
+  return TRUE;
+}
+
+void OnExportFinished(HWND window, UINT message, WPARAM success, LPARAM data) {
+  if (message == WM_PDF_EXPORT_FINISHED) {
+    std::wstring text = L"PDF exported successfully.\n\nExport time:  " + FormatElapsed(static_cast<uint64_t>(data));
+    if (success) ShowMessageBox(window, kBoxOk, L"Tavro - PDF Export", text.c_str());
+    return;
+  }
+  auto* note = reinterpret_cast<ExportResultNote*>(data);
+  if (!note) return;
+  if (success) {
+    std::wstring text = L"HTML exported successfully.\n\nExport time:  " + FormatElapsed(note->elapsedMs) +
+                        L"\n\nOpen in browser?";
+    if (ShowMessageBox(window, kBoxYesNo, L"Tavro - HTML Export", text.c_str()) == kResultYes &&
+        !note->outputPath.empty())
+      ShellExecuteW(window, L"open", note->outputPath.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+  }
+  delete note;
+}
+
+LRESULT CALLBACK EditorSubclass(HWND editor, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+  switch (message) {
+    case WM_CHAR: {
+      int clip = TypewriterClipFor(static_cast<unsigned>(wParam), g_settings.soundOnKey != 0,
+                                   g_settings.soundOnEnter != 0);
+      if (clip) PlaySoundW(MAKEINTRESOURCEW(clip), g_hInstance, SND_RESOURCE | SND_ASYNC);
+      break;
+    }
+    case WM_LBUTTONDOWN:
+      Editor(SCI_SETINDICATORCURRENT, kIndicatorReplaced);
+      Editor(SCI_INDICATORCLEARRANGE, 0, Editor(SCI_GETLENGTH));
+      break;
+    case WM_RBUTTONUP:
+      if (!g_viewerMode) {
+        POINT point = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+        ClientToScreen(editor, &point);
+        SendMessageW(GetParent(editor), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(editor), MAKELPARAM(point.x, point.y));
+      }
+      return 0;
+    case WM_KILLFOCUS: {
+      const ThemeColors& row = CurrentTheme();
+      if (!g_viewerMode) {
+        Editor(SCI_SETSELBACK, 1, row.selectionBackground);
+        Editor(SCI_SETSELFORE, 1, row.selectionText);
+      }
+      break;
+    }
+    case WM_SETCURSOR:
+      if (g_viewerMode) {
+        SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+        return 1;
+      }
+      break;
+    case WM_NCPAINT: {
+      LRESULT result = DefSubclassProc(editor, message, wParam, lParam);
+      if (!g_viewerMode && (CurrentTheme().isDark & 0xFF)) SetWindowTheme(editor, L"DarkMode_Explorer", nullptr);
+      return result;
+    }
+    case WM_DESTROY:
+      RemoveWindowSubclass(editor, EditorSubclass, kEditorSubclassId);
+      break;
+  }
+  return DefSubclassProc(editor, message, wParam, lParam);
+}
+
+bool CreateEditor(HWND window) {
+  g_hwndEditor = CreateWindowExW(0, L"Scintilla", L"", WS_CHILD | WS_VISIBLE | WS_VSCROLL, 0,
+                                 g_viewerMode ? 0 : kToolbarHeight, 800, 600, window,
+                                 reinterpret_cast<HMENU>(static_cast<INT_PTR>(kEditorId)), g_hInstance, nullptr);
+  return g_hwndEditor != nullptr;
+}
+
+LRESULT OnCreate(HWND window) {
+  g_hwndMain = window;
+  if (g_profileLabel.empty()) {
+    g_profileLabel = ProfileLabel(g_profileName);
+    SetPropW(window, kProfileProperty, const_cast<wchar_t*>(g_profileLabel.c_str()));
+    SetPropW(window, kProfileAtomProperty,
+             reinterpret_cast<HANDLE>(static_cast<UINT_PTR>(GlobalAddAtomW(g_profileLabel.c_str()))));
+  }
+  if (!CreateEditor(window)) {
+    ShowMessageBox(nullptr, kBoxOk, L"Tavro \u00e2\u20ac\u201d Fatal Error",
+                   L"CRITICAL: Cannot create Scintilla control.\nMake sure Scintilla.dll is next to Tavro.exe.");
+    return -1;
+  }
+  if (!g_viewerMode) CreateStatusBar(window);
+  SetupEditor();
+  if (g_viewerMode) {
+    Editor(SCI_SETREADONLY, 1);
+    ApplyViewerLook(window);
+  } else {
+    CreateMarginStrip(window);
+    RefreshMarginWidth();
+    ApplyEditorTheme();
+    SyncSystemTheme(window);
+  }
+  InitializeCriticalSection(&g_aiSessionLock);
+  SetWindowSubclass(g_hwndEditor, EditorSubclass, kEditorSubclassId, 0);
+  if (!g_viewerMode) {
+    DragAcceptFiles(window, TRUE);
+    UpdateTitle();
+  }
+  return 0;
+}
+
+void OnDestroy(HWND window) {
+  OutputDebugStringW(L"[WM_DESTROY] Starting...\n");
+  OutputDebugStringW(L"[Tavro] WM_DESTROY: Signalling connection check shutdown...\n");
+  RemovePropW(window, kProfileProperty);
+  ATOM atom = static_cast<ATOM>(reinterpret_cast<UINT_PTR>(RemovePropW(window, kProfileAtomProperty)));
+  if (atom) GlobalDeleteAtom(atom);
+  KillTimer(window, kSystemInfoTimer);
+  DeleteCriticalSection(&g_aiSessionLock);
+  DeleteCriticalSection(&g_aiHistoryLock);
+  if (g_fileHandle != INVALID_HANDLE_VALUE) {
+    CloseHandle(g_fileHandle);
+    g_fileHandle = INVALID_HANDLE_VALUE;
+  }
+  OutputDebugStringW(L"[Tavro] WM_DESTROY: Saving current chat...\n");
+  if (!g_viewerMode) CollectSettings();
+  PostQuitMessage(0);
+}
+
+}  // namespace
 
 void PostOpenFile(HWND window, const wchar_t* path) {
   size_t length = wcslen(path) + 1;
@@ -96,6 +299,10 @@ void SendOpenFile(HWND window, const wchar_t* path) {
   if (!copy) return;
   memcpy(copy, path, length * sizeof(wchar_t));
   SendMessageW(window, WM_USER_OPEN_FILE, 0, reinterpret_cast<LPARAM>(copy));
+}
+
+std::wstring ProfileLabel(const std::wstring& profileName) {
+  return profileName.empty() ? std::wstring(L"default") : profileName;
 }
 
 bool RegisterMainWindowClass(HINSTANCE instance) {
@@ -117,27 +324,16 @@ bool RegisterMainWindowClass(HINSTANCE instance) {
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_CREATE:
-      g_hwndMain = window;
-      if (g_profileLabel.empty()) {
-        g_profileLabel = ProfileLabel(g_profileName);
-        SetPropW(window, kProfileProperty, const_cast<wchar_t*>(g_profileLabel.c_str()));
-        SetPropW(window, kProfileAtomProperty,
-                 reinterpret_cast<HANDLE>(static_cast<UINT_PTR>(GlobalAddAtomW(g_profileLabel.c_str()))));
-      }
-      if (!CreateEditor(window)) {
-        ShowMessageBox(nullptr, kBoxOk, L"Tavro \u00e2\u20ac\u201d Fatal Error",
-                       L"CRITICAL: Cannot create Scintilla control.\nMake sure Scintilla.dll is next to Tavro.exe.");
-        return -1;
-      }
-      if (g_viewerMode) {
-        Editor(SCI_SETREADONLY, 1);
-        ApplyViewerLook(window);
-      } else {
-        ApplyEditorTheme();
-        SyncSystemTheme(window);
-        UpdateTitle();
-      }
+      return OnCreate(window);
+    case WM_SIZE:
+      if (wParam != SIZE_MINIMIZED) LayOut(window);
       return 0;
+    case WM_GETMINMAXINFO: {
+      auto* info = reinterpret_cast<MINMAXINFO*>(lParam);
+      info->ptMinTrackSize.x = g_minimumWidth;
+      info->ptMinTrackSize.y = kMinimumTrackHeight;
+      return 0;
+    }
     case WM_ERASEBKGND: {
       RECT client;
       GetClientRect(window, &client);
@@ -146,6 +342,16 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       DeleteObject(brush);
       return 1;
     }
+    case WM_NCACTIVATE:
+      // The title never shows as inactive.
+      if (!g_viewerMode) {
+        constexpr DWORD kDarkModeAttribute = 20;
+        BOOL dark = (CurrentTheme().isDark & 0xFF) ? TRUE : FALSE;
+        DwmSetWindowAttribute(window, kDarkModeAttribute, &dark, sizeof(dark));
+      }
+      return DefWindowProcW(window, message, TRUE, lParam);
+    case WM_INITMENUPOPUP:
+      return 0;
     case WM_THEME_CHANGED:
       ApplyTheme(static_cast<unsigned>(wParam), true);
       RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
@@ -158,9 +364,6 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
                      wcscmp(reinterpret_cast<const wchar_t*>(lParam), L"Policy") == 0))
         PostMessageW(window, WM_SYSTEM_THEME_CHANGED, 0, 0);
       return 0;
-    case WM_SIZE:
-      if (wParam != SIZE_MINIMIZED) LayOut(window, LOWORD(lParam), HIWORD(lParam));
-      return 0;
     case WM_SETFOCUS:
       if (g_hwndEditor) SetFocus(g_hwndEditor);
       return 0;
@@ -169,40 +372,62 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       break;
     case WM_NOTIFY: {
       auto* notification = reinterpret_cast<const SCNotification*>(lParam);
-      if (notification->nmhdr.hwndFrom == g_hwndEditor && notification->nmhdr.code == SCN_MODIFIED && !g_viewerMode &&
-          (notification->modificationType & (SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT)) && !g_modified) {
-        g_modified = true;
-        UpdateTitle();
+      if (notification->nmhdr.hwndFrom != g_hwndEditor || g_viewerMode) return 0;
+      switch (notification->nmhdr.code) {
+        case SCN_UPDATEUI:
+          UpdateStatusBar();
+          if (g_hwndMargin && IsWindowVisible(g_hwndMargin)) InvalidateRect(g_hwndMargin, nullptr, FALSE);
+          break;
+        case SCN_MODIFIED:
+          if (notification->modificationType & (SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT)) {
+            if (!g_modified) {
+              g_modified = true;
+              UpdateTitle();
+            }
+            UpdateStatusBar();
+            RefreshMarginWidth();
+          }
+          break;
+        case SCN_ZOOM:
+          RefreshMarginWidth();
+          break;
       }
       return 0;
     }
     case WM_TIMER:
       if (wParam == kAutoSaveTimer) OnAutoSaveTimer(window);
       return 0;
+    case WM_DROPFILES:
+      OnDropFiles(window, reinterpret_cast<HDROP>(wParam));
+      return 0;
+    case WM_PDF_EXPORT_FINISHED:
+    case WM_HTML_EXPORT_FINISHED:
+      OnExportFinished(window, message, wParam, lParam);
+      return 0;
+    case WM_PANEL_SIZE_CHANGED:
+    case WM_AI_SETTINGS_CHANGED:
+      GrowToMinimum(window);
+      return 0;
+    case WM_USER_OPEN_FILE:
+      OnOpenFile(window, reinterpret_cast<wchar_t*>(lParam));
+      return 0;
     case WM_CLOSE:
       // Cancel, or a failed save after Yes, keeps the window open.
       if (!g_viewerMode && !ConfirmDiscardOrSave(window)) return 0;
+      if (!g_viewerMode && IsDefaultProfile()) {
+        // Closing the default instance closes every other profile's, each with its own prompt.
+        EnumWindows(CloseOtherInstance, reinterpret_cast<LPARAM>(window));
+        Sleep(100);
+      }
       if (g_fileHandle != INVALID_HANDLE_VALUE) {
         CloseHandle(g_fileHandle);
         g_fileHandle = INVALID_HANDLE_VALUE;
       }
       DestroyWindow(window);
       return 0;
-    case WM_USER_OPEN_FILE:
-      OnOpenFile(window, reinterpret_cast<wchar_t*>(lParam));
+    case WM_DESTROY:
+      OnDestroy(window);
       return 0;
-    case WM_DESTROY: {
-      if (!g_viewerMode) CollectSettings();
-      ATOM atom = static_cast<ATOM>(reinterpret_cast<UINT_PTR>(RemovePropW(window, kProfileAtomProperty)));
-      if (atom) GlobalDeleteAtom(atom);
-      RemovePropW(window, kProfileProperty);
-      if (g_fileHandle != INVALID_HANDLE_VALUE) {
-        CloseHandle(g_fileHandle);
-        g_fileHandle = INVALID_HANDLE_VALUE;
-      }
-      PostQuitMessage(0);
-      return 0;
-    }
   }
   return DefWindowProcW(window, message, wParam, lParam);
 }

@@ -8,6 +8,12 @@
 
 // Private window messages.
 constexpr UINT WM_USER_OPEN_FILE = 1026;  // lParam: heap wide string the receiver frees
+constexpr UINT WM_SET_TOOLBAR_MODE = 1027;  // to the toolbar; wParam 1 AI Mod, 0 Classic
+constexpr UINT WM_PDF_EXPORT_FINISHED = 1135;  // wParam success, lParam elapsed ms
+constexpr UINT WM_EXPORT_PROGRESS = 1138;
+constexpr UINT WM_HTML_EXPORT_FINISHED = 1145;  // wParam success, lParam ExportResultNote* the receiver frees
+constexpr UINT WM_PANEL_SIZE_CHANGED = 1249;
+constexpr UINT WM_AI_SETTINGS_CHANGED = 32980;
 constexpr UINT WM_THEME_CHANGED = 0x8001;  // wParam: new theme index
 constexpr UINT WM_SYSTEM_THEME_CHANGED = 0x8064;
 
@@ -40,6 +46,18 @@ void PostOpenFile(HWND window, const wchar_t* path);
 void SendOpenFile(HWND window, const wchar_t* path);
 
 void UpdateTitle();
+
+// The status bar: created in the main window, refilled on every change.
+HWND CreateStatusBar(HWND parent);
+void UpdateStatusBar();
+void UpdateStatusFont();
+
+// The line-number strip left of the editor.
+void RegisterMarginClass(HINSTANCE instance);
+HWND CreateMarginStrip(HWND parent);
+int MarginStripWidth();
+// After a load, an edit or a zoom: a new width relays the window out.
+void RefreshMarginWidth();
 
 // "default" for the default profile, else the profile name: the name used in
 // the instance mutex and on the main window.

@@ -305,6 +305,19 @@ class TavroSession:
         """0 when Windows let the file be deleted, else its error code."""
         return int(self.request("try-delete", windows_path(path)))
 
+    def client(self, hwnd):
+        """(width, height, screen x, screen y) of a window's client area."""
+        return tuple(int(v) for v in self.request("client", hwnd).split("\t"))
+
+    def move(self, hwnd, x, y, width, height):
+        self.request("move", hwnd, x, y, width, height)
+
+    def child_boxes(self, hwnd):
+        """Children by class, each as (x, y, width, height) within the client area."""
+        _, _, ox, oy = self.client(hwnd)
+        return {row["cls"]: (row["left"] - ox, row["top"] - oy, row["right"] - row["left"], row["bottom"] - row["top"])
+                for row in self.children(hwnd) if row["visible"]}
+
     def alive(self, hwnd):
         return self.request("alive", hwnd) == "1"
 

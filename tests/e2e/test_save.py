@@ -135,6 +135,8 @@ class SaveTest(TavroTestCase):
 
 
 class ClosePromptTest(TavroTestCase):
+    # The prompt is of the Yes, No and Cancel kind; its buttons paint "Yes",
+    # "No" and "Cancel" over the control texts "Save", "Don't Save" and "Cancel".
     def start_modified(self, name="a.txt", content="original"):
         path = self.write_file(name, content)
         self.tavro.start(windows_path(path))
@@ -162,7 +164,7 @@ class ClosePromptTest(TavroTestCase):
         main, path = self.start_modified()
         self.tavro.type("edit ")
         self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - a.txt *")
-        self.tavro.press(self.close_and_get_prompt(main), "No")
+        self.tavro.press(self.close_and_get_prompt(main), "Don't Save")
         self.assertEqual(self.tavro.wait_exit(), 0)
         self.assertEqual(path.read_bytes(), b"original")
 
@@ -170,7 +172,7 @@ class ClosePromptTest(TavroTestCase):
         main, path = self.start_modified()
         self.tavro.type("edit ")
         self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - a.txt *")
-        self.tavro.press(self.close_and_get_prompt(main), "Yes")
+        self.tavro.press(self.close_and_get_prompt(main), "Save")
         self.assertEqual(self.tavro.wait_exit(), 0)
         self.assertEqual(path.read_bytes(), b"edit original")
 
@@ -187,7 +189,7 @@ class ClosePromptTest(TavroTestCase):
                       'Do you want to restore it to the original location?', self.tavro.dialog_texts(box))
         self.tavro.screenshot("restore-prompt")
         # Yes with the handle still held writes through it and recreates nothing.
-        self.tavro.press(box, "Yes")
+        self.tavro.press(box, "Save")
         self.assertEqual(self.tavro.wait_exit(), 0)
         self.assertFalse(path.exists())
 
@@ -205,7 +207,7 @@ class ClosePromptTest(TavroTestCase):
         box = self.close_and_get_prompt(main)
         self.assertIn('"b.txt" was deleted from disk while open in Tavro.\nDo you want to save your changes?',
                       self.tavro.dialog_texts(box))
-        self.tavro.press(box, "No")
+        self.tavro.press(box, "Don't Save")
         self.assertEqual(self.tavro.wait_exit(), 0)
 
     def test_new_asks_first_and_empties_the_document(self):
@@ -214,7 +216,7 @@ class ClosePromptTest(TavroTestCase):
         self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - a.txt *")
         self.tavro.command(main, CMD_NEW)
         box = self.tavro.find_dialog("Tavro")
-        self.tavro.press(box, "No")
+        self.tavro.press(box, "Don't Save")
         self.assertEqual(self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - Untitled"), "Tavro - Untitled")
         editor = self.tavro.child(main, "Scintilla")["hwnd"]
         self.assertEqual(self.tavro.text(editor), "")

@@ -24,10 +24,11 @@ class StartupTest(TavroTestCase):
             self.assertIn(line, log)
 
         shot = self.tavro.screenshot("file-shown")
-        # The editor paints its white page where Wine put it on the screen.
+        # The editor paints its page in the default theme (Tavro Dark) where
+        # Wine put it on the screen.
         middle_x = (editor["left"] + editor["right"]) // 2
         middle_y = (editor["top"] + editor["bottom"]) // 2
-        self.assertEqual(self.tavro.pixel(shot, middle_x, middle_y), (255, 255, 255))
+        self.assertEqual(self.tavro.pixel(shot, middle_x, middle_y), (0x1C, 0x1C, 0x1E))
 
     def test_without_a_file_the_document_is_untitled_and_takes_typing(self):
         self.tavro.start()

@@ -195,7 +195,10 @@ void Handle(const std::vector<std::string>& f) {
     HWND window = ToWindow(arg(1));
     RECT rect = {};
     if (!GetClientRect(window, &rect)) return Reply("err", "no window");
-    Reply("ok", std::to_string(rect.right) + "\t" + std::to_string(rect.bottom));
+    POINT origin = {0, 0};
+    ClientToScreen(window, &origin);
+    Reply("ok", std::to_string(rect.right) + "\t" + std::to_string(rect.bottom) + "\t" + std::to_string(origin.x) +
+                    "\t" + std::to_string(origin.y));
   } else if (verb == "post" || verb == "send") {
     // post HWND MSG WPARAM LPARAM
     HWND window = ToWindow(arg(1));
@@ -318,6 +321,12 @@ void Handle(const std::vector<std::string>& f) {
     SendMessageTimeoutW(ToWindow(arg(1)), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()), SMTO_ABORTIFHUNG,
                         5000, &result);
     Reply("ok", std::to_string(static_cast<long long>(result)));
+  } else if (verb == "move") {
+    // move HWND X Y WIDTH HEIGHT
+    if (!SetWindowPos(ToWindow(arg(1)), nullptr, static_cast<int>(Number(arg(2))), static_cast<int>(Number(arg(3))),
+                      static_cast<int>(Number(arg(4))), static_cast<int>(Number(arg(5))), SWP_NOZORDER | SWP_NOACTIVATE))
+      return Reply("err", std::to_string(GetLastError()));
+    Reply("ok", "");
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {
