@@ -16,6 +16,9 @@ ROWS = [
     ("Night", (0x20, 0x20, 0x1E), (0xDC, 0xDA, 0xC8)),
     ("Sepia", (0xFF, 0xF8, 0xEB), (0x3C, 0x23, 0x0C)),
 ]
+# statusBackground of each row.
+STATUS_BACKGROUNDS = [(0x16, 0x16, 0x18), (0xF0, 0xF0, 0xF0), (0xD2, 0xE0, 0xF5), (0xD2, 0xEE, 0xD2),
+                      (0x16, 0x16, 0x14), (0xEB, 0xE0, 0xCD)]
 BLOCKS = "\u2588" * 12
 
 
@@ -30,10 +33,17 @@ class ThemesTest(TavroTestCase):
     def paper_and_ink(self, name, editor):
         time.sleep(0.5)
         shot = self.tavro.screenshot(name)
+        self.last_shot = shot
         paper = self.tavro.pixel(shot, editor["right"] - 60, editor["bottom"] - 60)
         # The middle of the second row of full blocks, clear of their edges.
         ink = self.tavro.pixel(shot, editor["left"] + 30, editor["top"] + 30)
         return paper, ink
+
+    def status_fill(self, main):
+        """A pixel of the status bar's empty selection part, clear of text and lines."""
+        status = self.tavro.child(main, "msctls_statusbar32")
+        x = status["right"] - 510 + 50
+        return self.tavro.pixel(self.last_shot, x, (status["top"] + status["bottom"]) // 2 + 1)
 
     def stored_index(self):
         data = self.tavro.settings_path().read_bytes()
@@ -46,6 +56,7 @@ class ThemesTest(TavroTestCase):
             got_paper, got_ink = self.paper_and_ink(name.replace(" ", "-"), editor)
             self.assertEqual(got_paper, paper, name)
             self.assertEqual(got_ink, ink, name)
+            self.assertEqual(self.status_fill(main), STATUS_BACKGROUNDS[index], name)
             self.assertEqual(self.stored_index(), index, name)
 
     def test_index_six_changes_nothing(self):
