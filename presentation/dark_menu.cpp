@@ -1,0 +1,1 @@
+#include "presentation/dark_menu.h"

@@ -1,0 +1,2 @@
+// The program's own popup menus, drawn in the theme.
+#pragma once

@@ -1,0 +1,1 @@
+#include "presentation/menu_layout.h"

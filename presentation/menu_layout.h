@@ -1,0 +1,2 @@
+// Sizes of owner-drawn menu items, without a window.
+#pragma once

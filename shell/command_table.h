@@ -1,0 +1,2 @@
+// The command table: ids, menu labels and keys.
+#pragma once

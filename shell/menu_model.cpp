@@ -1,0 +1,6 @@
+#include "shell/menu_model.h"
+
+std::vector<MenuEntry> BuildEditorMenu(const EditorMenuState& state) {
+  (void)state;
+  return {};
+}

@@ -1,0 +1,2 @@
+// Dark menus: colour rows, measuring, building.
+#include <gtest/gtest.h>

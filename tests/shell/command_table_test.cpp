@@ -1,0 +1,2 @@
+// The command table against the accelerators and the menu rules.
+#include <gtest/gtest.h>
