@@ -1,10 +1,109 @@
 #include "shell/commands.h"
 
+#include <shobjidl.h>
+
+#include <string>
+
 #include "Scintilla.h"
 #include "document/document.h"
+#include "presentation/message_box.h"
 #include "presentation/presentation.h"
+#include "presentation/themes.h"
 #include "search/search.h"
+#include "settings/settings.h"
+#include "shell/pending_entries.h"
 #include "shell/shell.h"
+
+namespace {
+
+LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+  return SendMessageW(g_hwndEditor, message, wParam, lParam);
+}
+
+void AfterOpen(const std::wstring& path) {
+  g_filePath = path;
+  g_modified = false;
+  UpdateTitle();
+  UpdateStatusBar();
+  AddRecentFile(path);
+}
+
+// The file types of the Open dialog, in order; the first is chosen.
+const COMDLG_FILTERSPEC kOpenFileTypes[] = {
+    {L"All Text Files",
+     L"*.txt;*.md;*.cpp;*.h;*.c;*.hpp;*.cxx;*.cc;*.json;*.xml;*.ini;*.log;*.csv;*.bat;*.cmd;*.py;*.js;*.css;*.html"},
+    {L"Text Files", L"*.txt"},
+    {L"Source Files", L"*.cpp;*.h;*.c;*.hpp"},
+    {L"Markdown", L"*.md"},
+    {L"All Files", L"*.*"},
+};
+
+void OpenDocument(HWND window) {
+  if (!ConfirmDiscardOrSave(window)) return;
+  IFileOpenDialog* dialog = nullptr;
+  if (FAILED(CoCreateInstance(CLSID_FileOpenDialog, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&dialog)))) {
+    ShowMessageBox(window, kBoxOk, L"Tavro \u00e2\u20ac\u201d Error", L"Failed to create file dialog.");
+    return;
+  }
+  FILEOPENDIALOGOPTIONS options = 0;
+  dialog->GetOptions(&options);
+  dialog->SetOptions(options | FOS_FILEMUSTEXIST | FOS_PATHMUSTEXIST);
+  dialog->SetFileTypes(ARRAYSIZE(kOpenFileTypes), kOpenFileTypes);
+  dialog->SetFileTypeIndex(1);
+  dialog->SetTitle(L"Open File - Tavro");
+  std::wstring path;
+  if (SUCCEEDED(dialog->Show(window))) {
+    IShellItem* item = nullptr;
+    if (SUCCEEDED(dialog->GetResult(&item))) {
+      PWSTR chosen = nullptr;
+      if (SUCCEEDED(item->GetDisplayName(SIGDN_FILESYSPATH, &chosen))) {
+        path = chosen;
+        CoTaskMemFree(chosen);
+      }
+      item->Release();
+    }
+  }
+  dialog->Release();
+  if (!path.empty() && FileLoad(window, path.c_str())) AfterOpen(path);
+}
+
+void SetTransparency(HWND window, unsigned percent) {
+  g_settings.transparencyPercent = percent;
+  LONG_PTR style = GetWindowLongPtrW(window, GWL_EXSTYLE);
+  if (percent == 0) {
+    SetWindowLongPtrW(window, GWL_EXSTYLE, style & ~static_cast<LONG_PTR>(WS_EX_LAYERED));
+  } else {
+    SetWindowLongPtrW(window, GWL_EXSTYLE, style | WS_EX_LAYERED);
+    SetLayeredWindowAttributes(window, 0, TransparencyAlpha(percent), LWA_ALPHA);
+  }
+  SaveSettings(g_settings);
+}
+
+void ToggleLineNumbers(HWND window) {
+  g_lineNumbers = !g_lineNumbers;
+  if (g_hwndMargin) ShowWindow(g_hwndMargin, g_lineNumbers ? SW_SHOW : SW_HIDE);
+  RefreshMarginWidth();
+  PostMessageW(window, WM_SIZE, 0, 0);
+}
+
+void ToggleWordWrap() {
+  g_wordWrap = !g_wordWrap;
+  Editor(SCI_SETWRAPMODE, g_wordWrap ? SC_WRAP_WORD : SC_WRAP_NONE);
+  Editor(SCI_SETHSCROLLBAR, g_wordWrap ? 0 : 1);
+  if (g_hwndMargin) InvalidateRect(g_hwndMargin, nullptr, FALSE);
+}
+
+void PreviewMarkdown(HWND window) {
+  int lines = static_cast<int>(Editor(SCI_GETLINECOUNT));
+  if (lines <= kMarkdownPreviewLineLimit) {
+    ShowMarkdownPreview(window);
+    return;
+  }
+  if (ShowMessageBox(window, kBoxYesNo, L"Tavro - MD Preview", MarkdownPreviewQuestion(lines).c_str()) == kResultYes)
+    OpenTextInViewer(window);
+}
+
+}  // namespace
 
 void NewDocument(HWND window) {
   if (!ConfirmDiscardOrSave(window)) return;
@@ -12,13 +111,13 @@ void NewDocument(HWND window) {
     CloseHandle(g_fileHandle);
     g_fileHandle = INVALID_HANDLE_VALUE;
   }
-  SendMessageW(g_hwndEditor, SCI_SETREADONLY, 0, 0);
-  SendMessageW(g_hwndEditor, SCI_CLEARALL, 0, 0);
-  SendMessageW(g_hwndEditor, SCI_EMPTYUNDOBUFFER, 0, 0);
+  Editor(SCI_SETREADONLY, 0);
+  Editor(SCI_CLEARALL);
+  Editor(SCI_EMPTYUNDOBUFFER);
   g_filePath.clear();
   g_modified = false;
   g_encoding = kUtf8;
-  SendMessageW(g_hwndEditor, SCI_SETEOLMODE, SC_EOL_CRLF, 0);
+  Editor(SCI_SETEOLMODE, SC_EOL_CRLF);
   ApplyLanguage(L"");
   UpdateTitle();
   UpdateStatusBar();
@@ -32,19 +131,54 @@ void NewDocument(HWND window) {
 }
 
 bool HandleCommand(HWND window, int id) {
+  if (id >= kCmdThemeFirst && id <= kCmdThemeLast) {
+    ApplyTheme(static_cast<unsigned>(id - kCmdThemeFirst), true);
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+    return true;
+  }
+  if (id >= kCmdTransparencyFirst && id <= kCmdTransparencyLast) {
+    SetTransparency(window, TransparencyOfCommand(id));
+    return true;
+  }
+  if (id >= kCmdExportFirst && id <= kCmdExportLast) {
+    ShowExportDialog(window, id - kCmdExportFirst);
+    return true;
+  }
+  if (id >= kCmdRecentOpenFirst && id < kCmdRecentOpenFirst + 10) {
+    OpenRecentFile(window, id - kCmdRecentOpenFirst);
+    return true;
+  }
+  if (id >= kCmdRecentRemoveFirst && id < kCmdRecentRemoveFirst + 10) {
+    RemoveRecentFile(id - kCmdRecentRemoveFirst);
+    return true;
+  }
   switch (id) {
-    case kCmdNew:
-      NewDocument(window);
-      return true;
-    case kCmdSave:
-      FileSave(window);
-      return true;
-    case kCmdSaveAs:
-      FileSaveAs(window);
-      return true;
-    case kCmdExit:
-      SendMessageW(window, WM_CLOSE, 0, 0);
-      return true;
+    case kCmdFont: ShowFontDialog(window); return true;
+    case kCmdPrintPreview: ShowPrintPreview(window); return true;
+    case kCmdPrint: PrintDocument(window); return true;
+    case kCmdPageSetup: ShowPageSetup(window); return true;
+    case kCmdRegexSearch: ShowRegexDialog(window); return true;
+    case kCmdNew: NewDocument(window); return true;
+    case kCmdOpen: OpenDocument(window); return true;
+    case kCmdSave: FileSave(window); return true;
+    case kCmdSaveAs: FileSaveAs(window); return true;
+    case kCmdExit: SendMessageW(window, WM_CLOSE, 0, 0); return true;
+    case kCmdUndo: Editor(SCI_UNDO); return true;
+    case kCmdRedo: Editor(SCI_REDO); return true;
+    case kCmdCut: Editor(SCI_CUT); return true;
+    case kCmdCopy: Editor(SCI_COPY); return true;
+    case kCmdPaste: Editor(SCI_PASTE); return true;
+    case kCmdSelectAll: Editor(SCI_SELECTALL); return true;
+    case kCmdFindReplace: ShowFindDialog(window); return true;
+    case kCmdLineNumbers: ToggleLineNumbers(window); return true;
+    case kCmdWordWrap: ToggleWordWrap(); return true;
+    case kCmdMarkdownPreview: PreviewMarkdown(window); return true;
+    case kCmdExportDialog: ShowExportDialog(window, -1); return true;
+    case kCmdHelp: ShowHelpWindow(window); return true;
+    case kCmdProfiles: ShowProfilesMenu(window); return true;
+    case kCmdModeSwitch: SwitchEditorMode(window); return true;
+    case kCmdSettings: ShowSettingsDialog(window); return true;
+    case kCmdRecentClear: ClearRecentFiles(window); return true;
   }
   return false;
 }

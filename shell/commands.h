@@ -3,13 +3,7 @@
 
 #include <windows.h>
 
-enum CommandId {
-  kCmdNew = 1001,
-  kCmdOpen = 1002,
-  kCmdSave = 1003,
-  kCmdSaveAs = 1004,
-  kCmdExit = 1005,
-};
+#include "shell/command_table.h"
 
 // True when the id was handled.
 bool HandleCommand(HWND window, int id);

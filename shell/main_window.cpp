@@ -24,6 +24,7 @@
 #include "settings/settings.h"
 #include "shell/commands.h"
 #include "shell/layout.h"
+#include "shell/pending_entries.h"
 #include "shell/shell.h"
 #include "shell/typewriter.h"
 
@@ -110,6 +111,7 @@ void AfterLoad() {
   g_modified = false;
   UpdateTitle();
   UpdateStatusBar();
+  AddRecentFile(g_filePath);
 }
 
 void OnOpenFile(HWND window, wchar_t* path) {

@@ -28,7 +28,8 @@ struct EditorMenuState {
   bool wordWrap = true;
   unsigned themeIndex = 0;
   unsigned transparencyPercent = 0;
-  std::vector<std::wstring> recentFiles;  // newest first
+  std::vector<std::wstring> recentFiles;  // newest first, filled slots only
+  std::vector<bool> recentExists;         // one per recent file: still on disk
 };
 
 // The whole menu, top to bottom, with its submenus.

@@ -327,6 +327,8 @@ void Handle(const std::vector<std::string>& f) {
                       static_cast<int>(Number(arg(4))), static_cast<int>(Number(arg(5))), SWP_NOZORDER | SWP_NOACTIVATE))
       return Reply("err", std::to_string(GetLastError()));
     Reply("ok", "");
+  } else if (verb == "exstyle") {
+    Reply("ok", std::to_string(static_cast<long long>(GetWindowLongPtrW(ToWindow(arg(1)), GWL_EXSTYLE))));
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {

@@ -1,0 +1,25 @@
+// Entry points of tools that the commands already reach. Each is owned by
+// the window or feature it opens; until that exists, the command does nothing.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+void ShowFontDialog(HWND owner);
+void ShowFindDialog(HWND owner);
+void ShowRegexDialog(HWND owner);
+void ShowPrintPreview(HWND owner);
+void PrintDocument(HWND owner);
+void ShowPageSetup(HWND owner);
+void ShowExportDialog(HWND owner, int format);  // -1: the format choice; 0..3 PDF, HTML, RTF, TXT
+void ShowMarkdownPreview(HWND owner);
+void OpenTextInViewer(HWND owner);
+void ShowHelpWindow(HWND owner);
+void ShowProfilesMenu(HWND owner);
+void SwitchEditorMode(HWND owner);
+void ShowSettingsDialog(HWND owner);
+void OpenRecentFile(HWND owner, int slot);
+void RemoveRecentFile(int slot);
+void ClearRecentFiles(HWND owner);
+void AddRecentFile(const std::wstring& path);
