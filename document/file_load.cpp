@@ -33,10 +33,6 @@ struct LoadGuard {
   ~LoadGuard() { g_loadInProgress = false; }
 };
 
-LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
-  return SendMessageW(g_hwndEditor, message, wParam, lParam);
-}
-
 bool Refuse(HWND window, HANDLE file, const wchar_t* logLine, const wchar_t* title, const wchar_t* text) {
   OutputDebugStringW(logLine);
   CloseHandle(file);
@@ -123,8 +119,8 @@ bool FileLoad(HWND window, const wchar_t* path) {
   DecodedText decoded = DecodeDocumentBytes(raw.data(), raw.size());
   std::vector<uint8_t>().swap(raw);  // only the UTF-8 text stays in memory
 
-  int eolMode = DetectLineEnding(decoded.utf8, static_cast<int>(Editor(SCI_GETEOLMODE)));
-  Editor(SCI_SETEOLMODE, eolMode);
+  int eolMode = DetectLineEnding(decoded.utf8, static_cast<int>(SendEditor(SCI_GETEOLMODE)));
+  SendEditor(SCI_SETEOLMODE, eolMode);
 
   if (g_fileHandle != INVALID_HANDLE_VALUE) {  // the same file loaded again
     CloseHandle(g_fileHandle);
@@ -132,11 +128,11 @@ bool FileLoad(HWND window, const wchar_t* path) {
   }
 
   // SCI_SETTEXT stops at the first zero byte, wherever it stands.
-  Editor(SCI_SETREADONLY, 0);
-  Editor(SCI_CLEARALL);
-  Editor(SCI_SETTEXT, 0, reinterpret_cast<LPARAM>(decoded.utf8.c_str()));
-  Editor(SCI_EMPTYUNDOBUFFER);
-  Editor(SCI_GOTOPOS, 0);
+  SendEditor(SCI_SETREADONLY, 0);
+  SendEditor(SCI_CLEARALL);
+  SendEditor(SCI_SETTEXT, 0, reinterpret_cast<LPARAM>(decoded.utf8.c_str()));
+  SendEditor(SCI_EMPTYUNDOBUFFER);
+  SendEditor(SCI_GOTOPOS, 0);
   std::string().swap(decoded.utf8);
 
   g_fileHandle = file;

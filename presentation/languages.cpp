@@ -10,25 +10,21 @@
 
 namespace {
 
-LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
-  return SendMessageW(g_hwndEditor, message, wParam, lParam);
-}
-
 // Font and size stay as they are; colours, bold and italic come from the
 // theme and the settings.
 void StylePlainText() {
   if (!g_hwndEditor) return;
   const ThemeColors& row = CurrentTheme();
-  Editor(SCI_SETILEXER, 0, 0);
-  Editor(SCI_STYLESETFORE, STYLE_DEFAULT, row.editorText);
-  Editor(SCI_STYLESETBACK, STYLE_DEFAULT, row.editorBackground);
-  Editor(SCI_STYLESETBOLD, STYLE_DEFAULT, g_settings.fontBold ? 1 : 0);
-  Editor(SCI_STYLESETITALIC, STYLE_DEFAULT, g_settings.fontItalic ? 1 : 0);
-  Editor(SCI_STYLECLEARALL);
-  for (int margin = 0; margin < 5; ++margin) Editor(SCI_SETMARGINWIDTHN, margin, 0);
-  Editor(SCI_SETMARGINBACKN, 0, row.marginBackground);
-  Editor(SCI_STYLESETBACK, STYLE_LINENUMBER, row.marginBackground);
-  Editor(SCI_STYLESETFORE, STYLE_LINENUMBER, row.marginText);
+  SendEditor(SCI_SETILEXER, 0, 0);
+  SendEditor(SCI_STYLESETFORE, STYLE_DEFAULT, row.editorText);
+  SendEditor(SCI_STYLESETBACK, STYLE_DEFAULT, row.editorBackground);
+  SendEditor(SCI_STYLESETBOLD, STYLE_DEFAULT, g_settings.fontBold ? 1 : 0);
+  SendEditor(SCI_STYLESETITALIC, STYLE_DEFAULT, g_settings.fontItalic ? 1 : 0);
+  SendEditor(SCI_STYLECLEARALL);
+  for (int margin = 0; margin < 5; ++margin) SendEditor(SCI_SETMARGINWIDTHN, margin, 0);
+  SendEditor(SCI_SETMARGINBACKN, 0, row.marginBackground);
+  SendEditor(SCI_STYLESETBACK, STYLE_LINENUMBER, row.marginBackground);
+  SendEditor(SCI_STYLESETFORE, STYLE_LINENUMBER, row.marginText);
 }
 
 }  // namespace

@@ -20,10 +20,6 @@ constexpr int kElementSelectionInactiveText = 16;
 constexpr int kElementSelectionInactiveBack = 17;
 constexpr UINT kRedrawFrame = SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED;
 
-LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
-  return SendMessageW(g_hwndEditor, message, wParam, lParam);
-}
-
 std::string Utf8(const wchar_t* text) {
   int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
   std::string out(size > 0 ? size - 1 : 0, '\0');
@@ -33,13 +29,13 @@ std::string Utf8(const wchar_t* text) {
 
 // Fold margin, caret and both selections, as the editor and its set-up share them.
 void ApplyCaretAndSelection(const ThemeColors& row) {
-  Editor(SCI_SETFOLDMARGINCOLOUR, 1, row.editorBackground);
-  Editor(SCI_SETFOLDMARGINHICOLOUR, 1, row.editorBackground);
-  Editor(SCI_SETCARETFORE, row.caretColour);
-  Editor(SCI_SETSELBACK, 1, row.selectionBackground);
-  Editor(SCI_SETSELFORE, 1, row.selectionText);
-  Editor(SCI_SETELEMENTCOLOUR, kElementSelectionInactiveBack, row.selectionBackground | 0xFF000000u);
-  Editor(SCI_SETELEMENTCOLOUR, kElementSelectionInactiveText, row.selectionText | 0xFF000000u);
+  SendEditor(SCI_SETFOLDMARGINCOLOUR, 1, row.editorBackground);
+  SendEditor(SCI_SETFOLDMARGINHICOLOUR, 1, row.editorBackground);
+  SendEditor(SCI_SETCARETFORE, row.caretColour);
+  SendEditor(SCI_SETSELBACK, 1, row.selectionBackground);
+  SendEditor(SCI_SETSELFORE, 1, row.selectionText);
+  SendEditor(SCI_SETELEMENTCOLOUR, kElementSelectionInactiveBack, row.selectionBackground | 0xFF000000u);
+  SendEditor(SCI_SETELEMENTCOLOUR, kElementSelectionInactiveText, row.selectionText | 0xFF000000u);
 }
 
 }  // namespace
@@ -55,33 +51,33 @@ void SetDarkTitleBar(HWND window, bool dark) {
 void SetupEditor() {
   if (!g_hwndEditor) return;
   const ThemeColors& row = CurrentTheme();
-  Editor(SCI_SETCODEPAGE, SC_CP_UTF8);
-  Editor(SCI_SETEOLMODE, SC_EOL_CRLF);
-  Editor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(Utf8(g_fontName).c_str()));
-  Editor(SCI_STYLESETSIZE, STYLE_DEFAULT, g_fontSize);
-  Editor(SCI_STYLESETBOLD, STYLE_DEFAULT, g_settings.fontBold ? 1 : 0);
-  Editor(SCI_STYLESETITALIC, STYLE_DEFAULT, g_settings.fontItalic ? 1 : 0);
-  Editor(SCI_STYLECLEARALL);
-  Editor(SCI_STYLESETBACK, STYLE_DEFAULT, row.editorBackground);
-  Editor(SCI_STYLESETFORE, STYLE_DEFAULT, row.editorText);
+  SendEditor(SCI_SETCODEPAGE, SC_CP_UTF8);
+  SendEditor(SCI_SETEOLMODE, SC_EOL_CRLF);
+  SendEditor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(Utf8(g_fontName).c_str()));
+  SendEditor(SCI_STYLESETSIZE, STYLE_DEFAULT, g_fontSize);
+  SendEditor(SCI_STYLESETBOLD, STYLE_DEFAULT, g_settings.fontBold ? 1 : 0);
+  SendEditor(SCI_STYLESETITALIC, STYLE_DEFAULT, g_settings.fontItalic ? 1 : 0);
+  SendEditor(SCI_STYLECLEARALL);
+  SendEditor(SCI_STYLESETBACK, STYLE_DEFAULT, row.editorBackground);
+  SendEditor(SCI_STYLESETFORE, STYLE_DEFAULT, row.editorText);
   ApplyCaretAndSelection(row);
-  for (int margin = 0; margin < 5; ++margin) Editor(SCI_SETMARGINWIDTHN, margin, 0);
-  Editor(SCI_SETMARGINBACKN, 0, row.marginBackground);
-  Editor(SCI_STYLESETBACK, STYLE_LINENUMBER, row.marginBackground);
-  Editor(SCI_STYLESETFORE, STYLE_LINENUMBER, row.marginText);
-  Editor(SCI_SETMARGINLEFT, 0, 6);
-  Editor(SCI_SETWRAPMODE, g_wordWrap ? SC_WRAP_WORD : SC_WRAP_NONE);
-  Editor(SCI_SETHSCROLLBAR, g_wordWrap ? 0 : 1);
-  Editor(SCI_SETTABWIDTH, 4);
-  Editor(SCI_SETINDENT, 4);
-  Editor(SCI_SETUSETABS, 0);  // the Tab key inserts four spaces
-  Editor(SCI_SETCARETPERIOD, 500);
-  Editor(SCI_SETCARETWIDTH, 2);
-  Editor(SCI_SETMOUSESELECTIONRECTANGULARSWITCH, 0);
-  Editor(SCI_SETINDENTATIONGUIDES, SC_IV_NONE);
-  Editor(SCI_SETVSCROLLBAR, 1);
-  Editor(SCI_SETMODEVENTMASK, SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT);
-  Editor(SCI_USEPOPUP, SC_POPUP_NEVER);  // the program has its own context menu
+  for (int margin = 0; margin < 5; ++margin) SendEditor(SCI_SETMARGINWIDTHN, margin, 0);
+  SendEditor(SCI_SETMARGINBACKN, 0, row.marginBackground);
+  SendEditor(SCI_STYLESETBACK, STYLE_LINENUMBER, row.marginBackground);
+  SendEditor(SCI_STYLESETFORE, STYLE_LINENUMBER, row.marginText);
+  SendEditor(SCI_SETMARGINLEFT, 0, 6);
+  SendEditor(SCI_SETWRAPMODE, g_wordWrap ? SC_WRAP_WORD : SC_WRAP_NONE);
+  SendEditor(SCI_SETHSCROLLBAR, g_wordWrap ? 0 : 1);
+  SendEditor(SCI_SETTABWIDTH, 4);
+  SendEditor(SCI_SETINDENT, 4);
+  SendEditor(SCI_SETUSETABS, 0);  // the Tab key inserts four spaces
+  SendEditor(SCI_SETCARETPERIOD, 500);
+  SendEditor(SCI_SETCARETWIDTH, 2);
+  SendEditor(SCI_SETMOUSESELECTIONRECTANGULARSWITCH, 0);
+  SendEditor(SCI_SETINDENTATIONGUIDES, SC_IV_NONE);
+  SendEditor(SCI_SETVSCROLLBAR, 1);
+  SendEditor(SCI_SETMODEVENTMASK, SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT);
+  SendEditor(SCI_USEPOPUP, SC_POPUP_NEVER);  // the program has its own context menu
 }
 
 void ApplyEditorTheme() {
@@ -91,15 +87,15 @@ void ApplyEditorTheme() {
     DwmSetWindowAttribute(g_hwndMain, kDarkModeAttribute, &dark, sizeof(dark));
   }
   if (!g_hwndEditor) return;
-  Editor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(Utf8(g_fontName).c_str()));
-  Editor(SCI_STYLESETSIZE, STYLE_DEFAULT, g_fontSize);
-  Editor(SCI_STYLESETBACK, STYLE_DEFAULT, row.editorBackground);
-  Editor(SCI_STYLESETFORE, STYLE_DEFAULT, row.editorText);
+  SendEditor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(Utf8(g_fontName).c_str()));
+  SendEditor(SCI_STYLESETSIZE, STYLE_DEFAULT, g_fontSize);
+  SendEditor(SCI_STYLESETBACK, STYLE_DEFAULT, row.editorBackground);
+  SendEditor(SCI_STYLESETFORE, STYLE_DEFAULT, row.editorText);
   ApplyCaretAndSelection(row);
   RestyleCurrentLanguage();
-  Editor(SCI_STYLESETBOLD, STYLE_DEFAULT, g_settings.fontBold ? 1 : 0);
-  Editor(SCI_STYLESETITALIC, STYLE_DEFAULT, g_settings.fontItalic ? 1 : 0);
-  for (int margin = 0; margin < 5; ++margin) Editor(SCI_SETMARGINWIDTHN, margin, 0);
+  SendEditor(SCI_STYLESETBOLD, STYLE_DEFAULT, g_settings.fontBold ? 1 : 0);
+  SendEditor(SCI_STYLESETITALIC, STYLE_DEFAULT, g_settings.fontItalic ? 1 : 0);
+  for (int margin = 0; margin < 5; ++margin) SendEditor(SCI_SETMARGINWIDTHN, margin, 0);
   for (HWND window : {g_hwndMargin, g_hwndStatus, g_hwndToolbar})
     if (window) InvalidateRect(window, nullptr, TRUE);
   SetWindowTheme(g_hwndEditor, WindowThemeClass(row), nullptr);
@@ -134,25 +130,25 @@ void SyncSystemTheme(HWND window) {
 void ApplyViewerLook(HWND window) {
   if (!g_hwndEditor) return;
   const COLORREF text = RGB(0x2D, 0x1E, 0x0F), paper = RGB(0xF5, 0xEE, 0xDC);
-  Editor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>("Georgia"));
-  Editor(SCI_STYLESETSIZE, STYLE_DEFAULT, 12);
-  Editor(SCI_STYLESETBOLD, STYLE_DEFAULT, 0);
-  Editor(SCI_STYLESETITALIC, STYLE_DEFAULT, 0);
-  Editor(SCI_STYLECLEARALL);
-  Editor(SCI_STYLESETBACK, STYLE_DEFAULT, paper);
-  Editor(SCI_STYLESETFORE, STYLE_DEFAULT, text);
-  Editor(SCI_STYLECLEARALL);
-  Editor(SCI_SETFOLDMARGINCOLOUR, 1, paper);
-  Editor(SCI_SETFOLDMARGINHICOLOUR, 1, paper);
-  Editor(SCI_SETCARETFORE, RGB(0x50, 0x32, 0x14));
-  Editor(SCI_SETCARETPERIOD, 0);
-  Editor(SCI_SETCARETWIDTH, 1);
-  Editor(SCI_SETSELBACK, 1, RGB(0xC8, 0xB4, 0x8C));
-  Editor(SCI_SETSELFORE, 1, RGB(0x14, 0x0A, 0x00));
-  Editor(SCI_SETWRAPMODE, SC_WRAP_WORD);
-  Editor(SCI_SETHSCROLLBAR, 0);
-  Editor(SCI_SETMARGINLEFT, 0, 28);
-  Editor(SCI_SETMARGINRIGHT, 0, 28);
+  SendEditor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>("Georgia"));
+  SendEditor(SCI_STYLESETSIZE, STYLE_DEFAULT, 12);
+  SendEditor(SCI_STYLESETBOLD, STYLE_DEFAULT, 0);
+  SendEditor(SCI_STYLESETITALIC, STYLE_DEFAULT, 0);
+  SendEditor(SCI_STYLECLEARALL);
+  SendEditor(SCI_STYLESETBACK, STYLE_DEFAULT, paper);
+  SendEditor(SCI_STYLESETFORE, STYLE_DEFAULT, text);
+  SendEditor(SCI_STYLECLEARALL);
+  SendEditor(SCI_SETFOLDMARGINCOLOUR, 1, paper);
+  SendEditor(SCI_SETFOLDMARGINHICOLOUR, 1, paper);
+  SendEditor(SCI_SETCARETFORE, RGB(0x50, 0x32, 0x14));
+  SendEditor(SCI_SETCARETPERIOD, 0);
+  SendEditor(SCI_SETCARETWIDTH, 1);
+  SendEditor(SCI_SETSELBACK, 1, RGB(0xC8, 0xB4, 0x8C));
+  SendEditor(SCI_SETSELFORE, 1, RGB(0x14, 0x0A, 0x00));
+  SendEditor(SCI_SETWRAPMODE, SC_WRAP_WORD);
+  SendEditor(SCI_SETHSCROLLBAR, 0);
+  SendEditor(SCI_SETMARGINLEFT, 0, 28);
+  SendEditor(SCI_SETMARGINRIGHT, 0, 28);
   if (window) {
     BOOL light = FALSE;
     DwmSetWindowAttribute(window, kDarkModeAttribute, &light, sizeof(light));

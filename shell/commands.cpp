@@ -16,10 +16,6 @@
 
 namespace {
 
-LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
-  return SendMessageW(g_hwndEditor, message, wParam, lParam);
-}
-
 void AfterOpen(const std::wstring& path) {
   g_filePath = path;
   g_modified = false;
@@ -88,13 +84,13 @@ void ToggleLineNumbers(HWND window) {
 
 void ToggleWordWrap() {
   g_wordWrap = !g_wordWrap;
-  Editor(SCI_SETWRAPMODE, g_wordWrap ? SC_WRAP_WORD : SC_WRAP_NONE);
-  Editor(SCI_SETHSCROLLBAR, g_wordWrap ? 0 : 1);
+  SendEditor(SCI_SETWRAPMODE, g_wordWrap ? SC_WRAP_WORD : SC_WRAP_NONE);
+  SendEditor(SCI_SETHSCROLLBAR, g_wordWrap ? 0 : 1);
   if (g_hwndMargin) InvalidateRect(g_hwndMargin, nullptr, FALSE);
 }
 
 void PreviewMarkdown(HWND window) {
-  int lines = static_cast<int>(Editor(SCI_GETLINECOUNT));
+  int lines = static_cast<int>(SendEditor(SCI_GETLINECOUNT));
   if (lines <= kMarkdownPreviewLineLimit) {
     ShowMarkdownPreview(window);
     return;
@@ -111,13 +107,13 @@ void NewDocument(HWND window) {
     CloseHandle(g_fileHandle);
     g_fileHandle = INVALID_HANDLE_VALUE;
   }
-  Editor(SCI_SETREADONLY, 0);
-  Editor(SCI_CLEARALL);
-  Editor(SCI_EMPTYUNDOBUFFER);
+  SendEditor(SCI_SETREADONLY, 0);
+  SendEditor(SCI_CLEARALL);
+  SendEditor(SCI_EMPTYUNDOBUFFER);
   g_filePath.clear();
   g_modified = false;
   g_encoding = kUtf8;
-  Editor(SCI_SETEOLMODE, SC_EOL_CRLF);
+  SendEditor(SCI_SETEOLMODE, SC_EOL_CRLF);
   ApplyLanguage(L"");
   UpdateTitle();
   UpdateStatusBar();
@@ -163,12 +159,12 @@ bool HandleCommand(HWND window, int id) {
     case kCmdSave: FileSave(window); return true;
     case kCmdSaveAs: FileSaveAs(window); return true;
     case kCmdExit: SendMessageW(window, WM_CLOSE, 0, 0); return true;
-    case kCmdUndo: Editor(SCI_UNDO); return true;
-    case kCmdRedo: Editor(SCI_REDO); return true;
-    case kCmdCut: Editor(SCI_CUT); return true;
-    case kCmdCopy: Editor(SCI_COPY); return true;
-    case kCmdPaste: Editor(SCI_PASTE); return true;
-    case kCmdSelectAll: Editor(SCI_SELECTALL); return true;
+    case kCmdUndo: SendEditor(SCI_UNDO); return true;
+    case kCmdRedo: SendEditor(SCI_REDO); return true;
+    case kCmdCut: SendEditor(SCI_CUT); return true;
+    case kCmdCopy: SendEditor(SCI_COPY); return true;
+    case kCmdPaste: SendEditor(SCI_PASTE); return true;
+    case kCmdSelectAll: SendEditor(SCI_SELECTALL); return true;
     case kCmdFindReplace: ShowFindDialog(window); return true;
     case kCmdLineNumbers: ToggleLineNumbers(window); return true;
     case kCmdWordWrap: ToggleWordWrap(); return true;

@@ -40,12 +40,16 @@ std::wstring g_profileLabel;
 // The minimum track width asked for at the last layout.
 int g_minimumWidth = 0;
 
-LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
-  return SendMessageW(g_hwndEditor, message, wParam, lParam);
-}
-
 void MoveTo(HWND window, const Box& box) {
   if (window) MoveWindow(window, box.x, box.y, box.width, box.height, TRUE);
+}
+
+// The receiver of WM_USER_OPEN_FILE frees the copy with HeapFree.
+wchar_t* HeapCopy(const wchar_t* text) {
+  size_t bytes = (wcslen(text) + 1) * sizeof(wchar_t);
+  auto* copy = static_cast<wchar_t*>(HeapAlloc(GetProcessHeap(), 0, bytes));
+  if (copy) memcpy(copy, text, bytes);
+  return copy;
 }
 
 bool IsDefaultProfile() { return g_profileName.empty() || g_profileName == L"default"; }
@@ -84,7 +88,7 @@ void LayOut(HWND window) {
   }
   MoveTo(g_hwndMargin, layout.strip);
   MoveTo(g_hwndEditor, layout.editor);
-  Editor(SCI_SETHSCROLLBAR, g_wordWrap ? 0 : 1);
+  SendEditor(SCI_SETHSCROLLBAR, g_wordWrap ? 0 : 1);
   UpdateStatusBar();
   if (g_hwndMargin) InvalidateRect(g_hwndMargin, nullptr, FALSE);
 
@@ -191,8 +195,8 @@ LRESULT CALLBACK EditorSubclass(HWND editor, UINT message, WPARAM wParam, LPARAM
       break;
     }
     case WM_LBUTTONDOWN:
-      Editor(SCI_SETINDICATORCURRENT, kIndicatorReplaced);
-      Editor(SCI_INDICATORCLEARRANGE, 0, Editor(SCI_GETLENGTH));
+      SendEditor(SCI_SETINDICATORCURRENT, kIndicatorReplaced);
+      SendEditor(SCI_INDICATORCLEARRANGE, 0, SendEditor(SCI_GETLENGTH));
       break;
     case WM_RBUTTONUP:
       if (!g_viewerMode) {
@@ -204,8 +208,8 @@ LRESULT CALLBACK EditorSubclass(HWND editor, UINT message, WPARAM wParam, LPARAM
     case WM_KILLFOCUS: {
       const ThemeColors& row = CurrentTheme();
       if (!g_viewerMode) {
-        Editor(SCI_SETSELBACK, 1, row.selectionBackground);
-        Editor(SCI_SETSELFORE, 1, row.selectionText);
+        SendEditor(SCI_SETSELBACK, 1, row.selectionBackground);
+        SendEditor(SCI_SETSELFORE, 1, row.selectionText);
       }
       break;
     }
@@ -250,7 +254,7 @@ LRESULT OnCreate(HWND window) {
   if (!g_viewerMode) CreateStatusBar(window);
   SetupEditor();
   if (g_viewerMode) {
-    Editor(SCI_SETREADONLY, 1);
+    SendEditor(SCI_SETREADONLY, 1);
     ApplyViewerLook(window);
   } else {
     CreateMarginStrip(window);
@@ -288,19 +292,13 @@ void OnDestroy(HWND window) {
 }  // namespace
 
 void PostOpenFile(HWND window, const wchar_t* path) {
-  size_t length = wcslen(path) + 1;
-  wchar_t* copy = static_cast<wchar_t*>(HeapAlloc(GetProcessHeap(), 0, length * sizeof(wchar_t)));
-  if (!copy) return;
-  memcpy(copy, path, length * sizeof(wchar_t));
-  if (!PostMessageW(window, WM_USER_OPEN_FILE, 0, reinterpret_cast<LPARAM>(copy))) HeapFree(GetProcessHeap(), 0, copy);
+  wchar_t* copy = HeapCopy(path);
+  if (copy && !PostMessageW(window, WM_USER_OPEN_FILE, 0, reinterpret_cast<LPARAM>(copy)))
+    HeapFree(GetProcessHeap(), 0, copy);
 }
 
 void SendOpenFile(HWND window, const wchar_t* path) {
-  size_t length = wcslen(path) + 1;
-  wchar_t* copy = static_cast<wchar_t*>(HeapAlloc(GetProcessHeap(), 0, length * sizeof(wchar_t)));
-  if (!copy) return;
-  memcpy(copy, path, length * sizeof(wchar_t));
-  SendMessageW(window, WM_USER_OPEN_FILE, 0, reinterpret_cast<LPARAM>(copy));
+  if (wchar_t* copy = HeapCopy(path)) SendMessageW(window, WM_USER_OPEN_FILE, 0, reinterpret_cast<LPARAM>(copy));
 }
 
 std::wstring ProfileLabel(const std::wstring& profileName) {

@@ -21,10 +21,6 @@ struct StripState {
 };
 StripState g_strip;
 
-LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
-  return SendMessageW(g_hwndEditor, message, wParam, lParam);
-}
-
 void FreeBuffer() {
   if (g_strip.buffer) DeleteObject(g_strip.buffer);
   g_strip.buffer = nullptr;
@@ -50,7 +46,7 @@ void DrawStrip(HWND window, HDC dc, const RECT& client) {
   DeleteObject(border);
   if (!g_hwndEditor) return;
 
-  int points = g_fontSize + static_cast<int>(Editor(SCI_GETZOOM));
+  int points = g_fontSize + static_cast<int>(SendEditor(SCI_GETZOOM));
   if (points < 6) points = 6;
   LOGFONTA logFont = {};
   logFont.lfHeight = -MulDiv(points, GetDeviceCaps(dc, LOGPIXELSY), 72);
@@ -60,11 +56,11 @@ void DrawStrip(HWND window, HDC dc, const RECT& client) {
   HGDIOBJ oldFont = SelectObject(dc, font);
   SetBkMode(dc, TRANSPARENT);
 
-  int rowHeight = static_cast<int>(Editor(SCI_TEXTHEIGHT, 0));
+  int rowHeight = static_cast<int>(SendEditor(SCI_TEXTHEIGHT, 0));
   if (rowHeight < 1) rowHeight = 16;
-  int first = static_cast<int>(Editor(SCI_GETFIRSTVISIBLELINE));
-  int displayRows = static_cast<int>(Editor(SCI_VISIBLEFROMDOCLINE, Editor(SCI_GETLINECOUNT)));
-  int caretRow = static_cast<int>(Editor(SCI_POINTYFROMPOSITION, 0, Editor(SCI_GETCURRENTPOS))) / rowHeight;
+  int first = static_cast<int>(SendEditor(SCI_GETFIRSTVISIBLELINE));
+  int displayRows = static_cast<int>(SendEditor(SCI_VISIBLEFROMDOCLINE, SendEditor(SCI_GETLINECOUNT)));
+  int caretRow = static_cast<int>(SendEditor(SCI_POINTYFROMPOSITION, 0, SendEditor(SCI_GETCURRENTPOS))) / rowHeight;
   for (int r = 0; first + r < displayRows && r * rowHeight < client.bottom; ++r) {
     wchar_t number[16];
     wsprintfW(number, L"%d", first + r + 1);
@@ -143,8 +139,8 @@ int MarginStripWidth() { return g_strip.width; }
 
 void RefreshMarginWidth() {
   if (!g_hwndMargin || !g_hwndEditor) return;
-  int digitWidth = static_cast<int>(Editor(SCI_TEXTWIDTH, STYLE_LINENUMBER, reinterpret_cast<LPARAM>("9")));
-  int width = LineNumberStripWidth(static_cast<int>(Editor(SCI_GETLINECOUNT)), digitWidth);
+  int digitWidth = static_cast<int>(SendEditor(SCI_TEXTWIDTH, STYLE_LINENUMBER, reinterpret_cast<LPARAM>("9")));
+  int width = LineNumberStripWidth(static_cast<int>(SendEditor(SCI_GETLINECOUNT)), digitWidth);
   if (width != g_strip.width) {
     g_strip.width = width;
     PostMessageW(GetParent(g_hwndMargin), WM_SIZE, 0, 0);

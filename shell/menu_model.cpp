@@ -1,5 +1,6 @@
 #include "shell/menu_model.h"
 
+#include "document/save_prompt.h"
 #include "presentation/themes.h"
 #include "shell/command_table.h"
 
@@ -28,18 +29,13 @@ MenuEntry Submenu(const std::wstring& label, std::vector<MenuEntry> children) {
   return entry;
 }
 
-std::wstring FileNameOf(const std::wstring& path) {
-  size_t slash = path.find_last_of(L"\\/");
-  return slash == std::wstring::npos ? path : path.substr(slash + 1);
-}
-
 MenuEntry RecentFilesSubmenu(const EditorMenuState& state) {
   std::vector<MenuEntry> items;
   for (size_t n = 0; n < state.recentFiles.size() && n < 10; ++n) {
     bool exists = n < state.recentExists.size() && state.recentExists[n];
     // "1" plus the slot as a character code: the tenth slot shows ":".
     std::wstring label(1, static_cast<wchar_t>(L'1' + n));
-    label += L".  " + FileNameOf(state.recentFiles[n]);
+    label += L".  " + DocumentName(state.recentFiles[n]);
     if (!exists) label += L"  \u2297";
     items.push_back(Submenu(label, {Item(L"Open", kCmdRecentOpenFirst + static_cast<int>(n), !exists),
                                     Item(L"Remove from list", kCmdRecentRemoveFirst + static_cast<int>(n))}));

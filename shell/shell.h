@@ -45,6 +45,9 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
 void PostOpenFile(HWND window, const wchar_t* path);
 void SendOpenFile(HWND window, const wchar_t* path);
 
+// A message to the editor control.
+LRESULT SendEditor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
+
 void UpdateTitle();
 
 // The status bar: created in the main window, refilled on every change.

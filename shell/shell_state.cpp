@@ -12,3 +12,7 @@ std::wstring g_profileName;
 HMODULE g_scintillaModule = nullptr;
 HMODULE g_lexillaModule = nullptr;
 CreateLexerFn g_createLexer = nullptr;
+
+LRESULT SendEditor(UINT message, WPARAM wParam, LPARAM lParam) {
+  return SendMessageW(g_hwndEditor, message, wParam, lParam);
+}

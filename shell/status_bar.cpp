@@ -17,10 +17,6 @@ constexpr int kStatusBarId = 2;
 constexpr UINT_PTR kStatusSubclassId = 2;
 constexpr int kMaxParts = 16;
 
-LRESULT Editor(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
-  return SendMessageW(g_hwndEditor, message, wParam, lParam);
-}
-
 void SetPart(int part, const std::wstring& text) {
   SendMessageW(g_hwndStatus, SB_SETTEXTW, part, reinterpret_cast<LPARAM>(text.c_str()));
 }
@@ -101,16 +97,16 @@ HWND CreateStatusBar(HWND parent) {
 
 void UpdateStatusBar() {
   if (!g_hwndStatus || !g_hwndEditor) return;
-  LRESULT caret = Editor(SCI_GETCURRENTPOS);
-  int caretY = static_cast<int>(Editor(SCI_POINTYFROMPOSITION, 0, caret));
-  int textHeight = static_cast<int>(Editor(SCI_TEXTHEIGHT, 0));
-  SetPart(0, StatusLineColumnText(static_cast<int>(Editor(SCI_GETFIRSTVISIBLELINE)), caretY, textHeight,
-                                  static_cast<int>(Editor(SCI_GETCOLUMN, caret))));
-  LRESULT start = Editor(SCI_GETSELECTIONSTART), end = Editor(SCI_GETSELECTIONEND);
-  SetPart(1, StatusSelectionText(end > start, static_cast<int>(Editor(SCI_COUNTCHARACTERS, start, end))));
+  LRESULT caret = SendEditor(SCI_GETCURRENTPOS);
+  int caretY = static_cast<int>(SendEditor(SCI_POINTYFROMPOSITION, 0, caret));
+  int textHeight = static_cast<int>(SendEditor(SCI_TEXTHEIGHT, 0));
+  SetPart(0, StatusLineColumnText(static_cast<int>(SendEditor(SCI_GETFIRSTVISIBLELINE)), caretY, textHeight,
+                                  static_cast<int>(SendEditor(SCI_GETCOLUMN, caret))));
+  LRESULT start = SendEditor(SCI_GETSELECTIONSTART), end = SendEditor(SCI_GETSELECTIONEND);
+  SetPart(1, StatusSelectionText(end > start, static_cast<int>(SendEditor(SCI_COUNTCHARACTERS, start, end))));
   SetPart(2, StatusEncodingText(g_encoding));
-  SetPart(3, StatusLineEndingText(static_cast<int>(Editor(SCI_GETEOLMODE))));
-  SetPart(4, StatusZoomText(static_cast<int>(Editor(SCI_GETZOOM))));
+  SetPart(3, StatusLineEndingText(static_cast<int>(SendEditor(SCI_GETEOLMODE))));
+  SetPart(4, StatusZoomText(static_cast<int>(SendEditor(SCI_GETZOOM))));
   UpdateStatusFont();
 }
 

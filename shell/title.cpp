@@ -1,14 +1,11 @@
 #include "shell/title.h"
 
 #include "document/document.h"
+#include "document/save_prompt.h"
 #include "shell/shell.h"
 
 std::wstring MakeWindowTitle(const std::wstring& profileName, const std::wstring& filePath, bool modified) {
-  std::wstring name = L"Untitled";
-  if (!filePath.empty()) {
-    size_t slash = filePath.find_last_of(L"\\/");
-    name = slash == std::wstring::npos ? filePath : filePath.substr(slash + 1);
-  }
+  const std::wstring name = DocumentName(filePath);
   std::wstring title;
   if (profileName.empty() || profileName == L"default")
     title = L"Tavro - " + name;
