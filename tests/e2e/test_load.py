@@ -120,6 +120,26 @@ class LoadTest(TavroTestCase):
         self.assertEqual(self.tavro.text(editor), "same text")
         self.assertEqual(self.tavro.title(main), "Tavro - again.txt")
 
+    def test_load_arriving_while_an_error_box_shows_is_refused_by_the_guard(self):
+        # The last file is sent first and refused with a box; the command-line
+        # file, posted before it, arrives inside that box's loop.
+        binary = self.write_file("picture.png", b"\x89PNG\r\n\x1a\n" + bytes(64))
+        given = self.write_file("given.txt", "the given file")
+        self.tavro.start()
+        main = self.tavro.main_window()
+        self.tavro.post(main, harness.WM_CLOSE)
+        self.tavro.wait_exit()
+        self.tavro.process = None
+        self.tavro.patch_settings({162: harness.utf16_field(windows_path(binary), 260)})
+        self.tavro.start(windows_path(given))
+        box = self.tavro.find_dialog("Tavro - Cannot Open")
+        self.assertTrue(self.tavro.wait_log("Tavro: FileLoad already in progress, skipping\n"))
+        self.assertEqual(len(self.tavro.windows("#32770")), 1)  # no second box
+        self.tavro.press(box, "OK")
+        main = self.tavro.main_window()
+        self.assertTrue(self.tavro.wait_log("[WM_USER_OPEN_FILE] FileLoad FAILED\n"))
+        self.assertEqual(self.tavro.title(main), "Tavro - Untitled")
+
 
 if __name__ == "__main__":
     harness.main()

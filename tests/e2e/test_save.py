@@ -193,6 +193,26 @@ class ClosePromptTest(TavroTestCase):
         self.assertEqual(self.tavro.wait_exit(), 0)
         self.assertFalse(path.exists())
 
+    def test_restore_without_a_handle_recreates_the_file(self):
+        # A failed load of another file gives up the handle; the old text stays.
+        main, path = self.start_modified("kept.txt", "kept text")
+        binary = self.write_file("picture.png", b"\x89PNG\r\n\x1a\n" + bytes(64))
+        self.tavro.keys("ctrl+o")
+        dialog = self.tavro.find_dialog("Open File - Tavro")
+        self.tavro.type(windows_path(binary), title_regex="^Open File - Tavro$")
+        self.tavro.keys("Return", title_regex="^Open File - Tavro$")
+        self.tavro.wait_gone(dialog)
+        refusal = self.tavro.find_dialog("Tavro - Cannot Open")
+        self.tavro.press(refusal, "OK")
+        self.tavro.wait_gone(refusal)
+        os.remove(path)
+        box = self.close_and_get_prompt(main)
+        self.assertIn('"kept.txt" was moved or renamed while open in Tavro.\n'
+                      'Do you want to restore it to the original location?', self.tavro.dialog_texts(box))
+        self.tavro.press(box, "Save")
+        self.assertEqual(self.tavro.wait_exit(), 0)
+        self.assertEqual(path.read_bytes(), b"kept text")
+
     def test_file_removed_with_its_folder_counts_as_deleted(self):
         folder = self.tavro.work / "folder"
         folder.mkdir()
