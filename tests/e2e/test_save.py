@@ -121,10 +121,16 @@ class SaveTest(TavroTestCase):
         dialog = self.tavro.find_dialog("Save As - Tavro")
         self.tavro.type(windows_path(target), title_regex="^Save As - Tavro$")
         self.tavro.keys("Return", title_regex="^Save As - Tavro$")
-        # The file exists (held open), so the dialog asks to replace it first.
-        confirm = self.tavro.find_window("", "Save As - Tavro", timeout=10)
-        if confirm != dialog:
-            self.tavro.press(confirm, "Yes")
+        # The file exists (held open), so the dialog asks to replace it first,
+        # in a box with the dialog's own title.
+        deadline = time.monotonic() + 15
+        confirm = None
+        while confirm is None and time.monotonic() < deadline:
+            confirm = next((row["hwnd"] for row in self.tavro.windows("#32770")
+                            if row["text"] == "Save As - Tavro" and row["hwnd"] != dialog), None)
+            time.sleep(0.1)
+        self.assertIsNotNone(confirm, "no replace question")
+        self.tavro.press(confirm, "Yes")
         box = self.tavro.find_dialog("Tavro \u00e2\u20ac\u201d Error")
         self.assertIn("Cannot save file.", self.tavro.dialog_texts(box))
         self.tavro.press(box, "OK")
