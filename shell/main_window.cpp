@@ -17,6 +17,7 @@
 #include "document/document.h"
 #include "document/save_prompt.h"
 #include "export/export_note.h"
+#include "presentation/dark_menu.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
@@ -352,6 +353,16 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       return DefWindowProcW(window, message, TRUE, lParam);
     case WM_INITMENUPOPUP:
       return 0;
+    case WM_CONTEXTMENU:
+      if (!g_viewerMode && reinterpret_cast<HWND>(wParam) == g_hwndEditor)
+        ShowEditorContextMenu(window, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+      return 0;
+    case WM_MEASUREITEM:
+      if (MeasureMenuItem(window, reinterpret_cast<MEASUREITEMSTRUCT*>(lParam))) return TRUE;
+      break;
+    case WM_DRAWITEM:
+      if (DrawMenuItem(reinterpret_cast<const DRAWITEMSTRUCT*>(lParam))) return TRUE;
+      break;
     case WM_THEME_CHANGED:
       ApplyTheme(static_cast<unsigned>(wParam), true);
       RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);

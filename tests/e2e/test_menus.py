@@ -1,0 +1,66 @@
+"""The editor's dark context menu on the real window: it opens on the right
+button, paints in the theme's menu colours and its items send commands."""
+import subprocess
+import time
+
+import harness
+from harness import TavroTestCase
+
+SCI_GETSELECTIONSTART = 2143
+SCI_GETSELECTIONEND = 2145
+WM_THEME_CHANGED = 0x8001
+
+# Background of the menu's colour table, rows 0 and 1.
+MENU_BACKGROUND = {0: (0x1C, 0x1C, 0x1C), 1: (0xFC, 0xFC, 0xFC)}
+SELECT_ALL_TOP = 20 * 2 + 7 + 20 * 3 + 7  # Undo, Redo | Cut, Copy, Paste | Select All
+
+
+class MenusTest(TavroTestCase):
+    def xdotool(self, *args):
+        subprocess.run(["xdotool", *map(str, args)], env=self.tavro.env, check=True)
+
+    def open_menu(self, main, editor):
+        box = self.tavro.child(main, "Scintilla")
+        self.xdotool("mousemove", box["left"] + 200, box["top"] + 150, "click", 3)
+        deadline = time.monotonic() + 10
+        while time.monotonic() < deadline:
+            popups = self.tavro.windows("#32768")
+            if popups:
+                time.sleep(0.5)
+                return popups[0]
+            time.sleep(0.1)
+        self.fail("no popup menu")
+
+    def test_menu_opens_in_the_theme_and_select_all_works(self):
+        self.tavro.start()
+        main = self.tavro.main_window()
+        editor = self.tavro.child(main, "Scintilla")["hwnd"]
+        self.tavro.type("hello menu")
+        for index in (0, 1):
+            self.tavro.send(main, WM_THEME_CHANGED, index)
+            menu = self.open_menu(main, editor)
+            shot = self.tavro.screenshot(f"menu-theme-{index}")
+            # Between the label and the shortcut of the Undo row.
+            self.assertEqual(self.tavro.pixel(shot, menu["left"] + 150, menu["top"] + 12), MENU_BACKGROUND[index])
+            self.assertGreaterEqual(menu["right"] - menu["left"], 190)
+            if index == 0:
+                self.tavro.keys("Escape", title_regex="^Tavro")
+                self.tavro.wait_for(lambda: len(self.tavro.windows("#32768")), 0)
+        # Click "Select All" in the light menu.
+        inset = 3
+        self.xdotool("mousemove", menu["left"] + 60, menu["top"] + inset + SELECT_ALL_TOP + 10, "click", 1)
+        self.assertEqual(self.tavro.wait_for(lambda: self.tavro.send(editor, SCI_GETSELECTIONEND), 10), 10)
+        self.assertEqual(self.tavro.send(editor, SCI_GETSELECTIONSTART), 0)
+
+    def test_viewer_shows_no_menu(self):
+        doc = self.write_file("v.txt", "viewer text")
+        self.tavro.start("--viewer", harness.windows_path(doc))
+        viewer = self.tavro.find_window("TavroMainWindow", "Tavro Viewer - v.txt")
+        box = self.tavro.child(viewer, "Scintilla")
+        self.xdotool("mousemove", box["left"] + 100, box["top"] + 100, "click", 3)
+        time.sleep(1.5)
+        self.assertEqual(self.tavro.windows("#32768"), [])
+
+
+if __name__ == "__main__":
+    harness.main()
