@@ -180,7 +180,7 @@ class TavroSession:
             self.process = process
         return process
 
-    def wait_exit(self, timeout=20, process=None):
+    def wait_exit(self, timeout=30, process=None):
         return (process or self.process).wait(timeout=timeout)
 
     def stop(self):
@@ -245,14 +245,14 @@ class TavroSession:
         return row
 
     # -- windows ---------------------------------------------------------
-    def find_window(self, class_name="", title="", timeout=15, prefix=False):
+    def find_window(self, class_name="", title="", timeout=30, prefix=False):
         verb = "find-window-prefix" if prefix else "find-window"
         return int(self.request(verb, class_name, title, int(timeout * 1000)))
 
-    def main_window(self, timeout=20):
+    def main_window(self, timeout=30):
         return self.find_window("TavroMainWindow", timeout=timeout)
 
-    def find_dialog(self, title, timeout=15):
+    def find_dialog(self, title, timeout=30):
         """A dialog or message box by its exact title."""
         return self.find_window("", title, timeout)
 
@@ -321,10 +321,10 @@ class TavroSession:
     def alive(self, hwnd):
         return self.request("alive", hwnd) == "1"
 
-    def wait_gone(self, hwnd, timeout=10):
+    def wait_gone(self, hwnd, timeout=20):
         self.request("wait-gone", hwnd, int(timeout * 1000))
 
-    def wait_for(self, read, expected, timeout=10):
+    def wait_for(self, read, expected, timeout=20):
         """Polls read() until it returns expected; returns the last value."""
         deadline = time.monotonic() + timeout
         value = read()
@@ -380,7 +380,7 @@ class TavroSession:
                 lines.append(_unescape_wine(match.group(1)))
         return lines
 
-    def wait_log(self, line, timeout=10):
+    def wait_log(self, line, timeout=20):
         deadline = time.monotonic() + timeout
         while line not in self.log_lines():
             if time.monotonic() > deadline:
