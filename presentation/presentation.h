@@ -17,8 +17,11 @@ void SyncSystemTheme(HWND window);
 // The fixed reading look of a Viewer, in which the theme plays no part.
 void ApplyViewerLook(HWND window);
 
-// Dark or light title bar through the desktop window manager.
+// Dark or light title bar through the desktop window manager, with the
+// attribute's older number as fallback and a redraw of the frame.
 void SetDarkTitleBar(HWND window, bool dark);
+// Only the attribute, for places that must not redraw the frame.
+void SetDarkTitleAttribute(HWND window, bool dark);
 
 // Paints an owner-drawn push button of a dialog in the live theme.
 void DrawThemedButton(const DRAWITEMSTRUCT* item);

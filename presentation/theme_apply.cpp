@@ -40,6 +40,12 @@ void ApplyCaretAndSelection(const ThemeColors& row) {
 
 }  // namespace
 
+void SetDarkTitleAttribute(HWND window, bool dark) {
+  if (!window) return;
+  BOOL value = dark ? TRUE : FALSE;
+  DwmSetWindowAttribute(window, kDarkModeAttribute, &value, sizeof(value));
+}
+
 void SetDarkTitleBar(HWND window, bool dark) {
   if (!window) return;
   BOOL value = dark ? TRUE : FALSE;
@@ -82,10 +88,7 @@ void SetupEditor() {
 
 void ApplyEditorTheme() {
   const ThemeColors& row = CurrentTheme();
-  if (g_hwndMain) {
-    BOOL dark = (row.isDark & 0xFF) ? TRUE : FALSE;
-    DwmSetWindowAttribute(g_hwndMain, kDarkModeAttribute, &dark, sizeof(dark));
-  }
+  SetDarkTitleAttribute(g_hwndMain, (row.isDark & 0xFF) != 0);
   if (!g_hwndEditor) return;
   SendEditor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(Utf8(g_fontName).c_str()));
   SendEditor(SCI_STYLESETSIZE, STYLE_DEFAULT, g_fontSize);
@@ -149,10 +152,7 @@ void ApplyViewerLook(HWND window) {
   SendEditor(SCI_SETHSCROLLBAR, 0);
   SendEditor(SCI_SETMARGINLEFT, 0, 28);
   SendEditor(SCI_SETMARGINRIGHT, 0, 28);
-  if (window) {
-    BOOL light = FALSE;
-    DwmSetWindowAttribute(window, kDarkModeAttribute, &light, sizeof(light));
-  }
+  SetDarkTitleAttribute(window, false);
   SetWindowTheme(g_hwndEditor, L"Explorer", nullptr);
 }
 

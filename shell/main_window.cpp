@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <commctrl.h>
-#include <dwmapi.h>
 #include <mmsystem.h>
 #include <shellapi.h>
 #include <windowsx.h>
@@ -345,11 +344,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     }
     case WM_NCACTIVATE:
       // The title never shows as inactive.
-      if (!g_viewerMode) {
-        constexpr DWORD kDarkModeAttribute = 20;
-        BOOL dark = (CurrentTheme().isDark & 0xFF) ? TRUE : FALSE;
-        DwmSetWindowAttribute(window, kDarkModeAttribute, &dark, sizeof(dark));
-      }
+      if (!g_viewerMode) SetDarkTitleAttribute(window, (CurrentTheme().isDark & 0xFF) != 0);
       return DefWindowProcW(window, message, TRUE, lParam);
     case WM_INITMENUPOPUP:
       return 0;
