@@ -39,3 +39,7 @@ std::wstring SaveAsFilter() {
   filter += L'\0';
   return filter;
 }
+
+bool DropOpensFile(const std::wstring& dropped, const std::wstring& openPath) {
+  return !dropped.empty() && dropped != openPath;
+}

@@ -11,6 +11,11 @@ enum FileStatus { kFileFine = 0, kFileGoneWithFolder = 1, kFileGoneFromFolder = 
 // The status rule over any way of asking whether a path exists.
 int FileStatusOf(const std::wstring& path, const std::function<bool(const std::wstring&)>& exists);
 
+// Whether the first dropped file replaces the document: not when nothing was
+// dropped, and not when it is the open file itself (exact comparison), which
+// does nothing at all, not even a prompt.
+bool DropOpensFile(const std::wstring& dropped, const std::wstring& openPath);
+
 // The file name of a path (after the last backslash or slash), or "Untitled".
 std::wstring DocumentName(const std::wstring& path);
 

@@ -147,7 +147,8 @@ void OnOpenFile(HWND window, wchar_t* path) {
 void OnDropFiles(HWND window, HDROP drop) {
   wchar_t path[MAX_PATH] = {};
   // Only the first dropped file counts.
-  if (DragQueryFileW(drop, 0, path, MAX_PATH) > 0 && g_filePath != path && ConfirmDiscardOrSave(window)) {
+  DragQueryFileW(drop, 0, path, MAX_PATH);
+  if (DropOpensFile(path, g_filePath) && ConfirmDiscardOrSave(window)) {
     if (g_fileHandle != INVALID_HANDLE_VALUE) {
       CloseHandle(g_fileHandle);
       g_fileHandle = INVALID_HANDLE_VALUE;

@@ -26,6 +26,15 @@ TEST(FileStatus, MissingWithItsFolderOrWithoutSeparatorCountsAsDeleted) {
   EXPECT_EQ(Status(L"a.txt", {}), kFileGoneWithFolder);
 }
 
+TEST(Drop, TheOpenFileAgainDoesNothing) {
+  EXPECT_FALSE(DropOpensFile(L"C:\\d\\a.txt", L"C:\\d\\a.txt"));
+  EXPECT_FALSE(DropOpensFile(L"", L"C:\\d\\a.txt"));
+  EXPECT_TRUE(DropOpensFile(L"C:\\d\\b.txt", L"C:\\d\\a.txt"));
+  // The comparison is exact: another spelling of the same file opens it again.
+  EXPECT_TRUE(DropOpensFile(L"C:\\D\\A.TXT", L"C:\\d\\a.txt"));
+  EXPECT_TRUE(DropOpensFile(L"C:\\d\\a.txt", L""));
+}
+
 TEST(SavePrompt, NameIsAfterTheLastSeparatorOrUntitled) {
   EXPECT_EQ(DocumentName(L""), L"Untitled");
   EXPECT_EQ(DocumentName(L"C:\\d/e\\notes.md"), L"notes.md");
