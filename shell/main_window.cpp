@@ -13,6 +13,7 @@
 
 #include "Scintilla.h"
 #include "ai/chat/ai_state.h"
+#include "ai/client/transport.h"
 #include "document/document.h"
 #include "document/save_prompt.h"
 #include "export/export_note.h"
@@ -263,7 +264,7 @@ LRESULT OnCreate(HWND window) {
     ApplyEditorTheme();
     SyncSystemTheme(window);
   }
-  InitializeCriticalSection(&g_aiSessionLock);
+  OpenAiSession();
   SetWindowSubclass(g_hwndEditor, EditorSubclass, kEditorSubclassId, 0);
   if (!g_viewerMode) {
     DragAcceptFiles(window, TRUE);
