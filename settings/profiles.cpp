@@ -1,0 +1,3 @@
+#include "settings/profiles.h"
+
+std::vector<ProfileInfo> ListProfiles() { return {ProfileInfo{L"default"}}; }
