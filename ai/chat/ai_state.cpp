@@ -2,3 +2,11 @@
 
 CRITICAL_SECTION g_aiHistoryLock;
 CRITICAL_SECTION g_aiSessionLock;
+
+HINTERNET g_aiSession = nullptr;
+bool g_aiSessionReady = false;
+
+std::atomic<uint8_t> g_aiRequestBusy{0};
+std::atomic<uint8_t> g_aiCancelRequested{0};
+std::atomic<HINTERNET> g_aiRequestHandle{nullptr};
+HANDLE g_aiWorkerThread = nullptr;

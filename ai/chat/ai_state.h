@@ -3,5 +3,21 @@
 
 #include <windows.h>
 
+#include <winhttp.h>
+
+#include <atomic>
+#include <cstdint>
+
 extern CRITICAL_SECTION g_aiHistoryLock;  // guards the live conversation list
-extern CRITICAL_SECTION g_aiSessionLock;  // guards the HTTP session of the requests
+extern CRITICAL_SECTION g_aiSessionLock;  // guards g_aiSession and g_aiSessionReady
+
+extern HINTERNET g_aiSession;  // opened once with the main window; never closed
+extern bool g_aiSessionReady;  // the session was opened
+
+// Bytes written by exchange and read plainly, shared by the main thread and
+// the one request worker.
+extern std::atomic<uint8_t> g_aiRequestBusy;      // a worker is running
+extern std::atomic<uint8_t> g_aiCancelRequested;  // stop what is in flight
+// The request handle in flight; whoever takes it by exchange closes it.
+extern std::atomic<HINTERNET> g_aiRequestHandle;
+extern HANDLE g_aiWorkerThread;  // the last worker started

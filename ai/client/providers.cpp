@@ -56,3 +56,121 @@ std::wstring GroqKeyMissingText() {
 std::wstring MistralKeyMissingText() {
   return std::wstring(L"Mistral AI API key is not set. Get a free key at ") + kMistralConsoleHost;
 }
+
+const wchar_t* EmptyAnswerText(uint32_t provider) {
+  switch (provider) {
+    case kProviderGroq: return L"Empty response from Groq. Check model name.";
+    case kProviderCloudflare: return L"Empty response from Cloudflare.";
+    default: return L"Empty response from Mistral AI. Check model name.";
+  }
+}
+
+const wchar_t* RequestFailedText(uint32_t provider) {
+  switch (provider) {
+    case kProviderGroq: return L"Groq request failed";
+    case kProviderCloudflare: return L"Cloudflare request failed";
+    default: return L"Mistral AI request failed";
+  }
+}
+
+const wchar_t* ConnectionFailedText(uint32_t provider) {
+  switch (provider) {
+    case kProviderGroq: return L"Groq connection failed";
+    case kProviderCloudflare: return L"Cloudflare connection failed";
+    default: return L"Mistral AI connection failed";
+  }
+}
+
+const wchar_t* UnexpectedAnswerText(uint32_t provider) {
+  switch (provider) {
+    case kProviderGroq: return L"Unexpected response from Groq API";
+    case kProviderCloudflare: return L"Unexpected response from Cloudflare API";
+    default: return L"Unexpected response from Mistral AI API";
+  }
+}
+
+namespace {
+
+ProviderCall MakeCall(const ProviderSettings& settings, std::string body) {
+  ProviderEndpoint endpoint = ResolveProviderEndpoint(settings.provider, settings.accountId, settings.customEndpoint);
+  return {endpoint.host, endpoint.path, std::move(body), L"Authorization: Bearer " + settings.apiKey};
+}
+
+}  // namespace
+
+bool PlanChatRequest(const ProviderSettings& settings, const std::wstring& systemText,
+                     const std::vector<ChatTurn>& history, const std::wstring& message, ProviderCall& call,
+                     std::wstring& failure) {
+  std::wstring model = settings.model;
+  switch (settings.provider) {
+    case kProviderGroq:
+      if (settings.apiKey.empty()) {
+        failure = GroqKeyMissingText();
+        return false;
+      }
+      break;
+    case kProviderCloudflare:
+      if (settings.apiKey.empty()) {
+        failure = L"Cloudflare API key is not set.";
+        return false;
+      }
+      if (settings.accountId.empty()) {
+        failure = L"Cloudflare Account ID is missing.";
+        return false;
+      }
+      if (model.empty()) model = kCloudflareDefaultModel;
+      break;
+    case kProviderMistral:
+      if (settings.apiKey.empty()) {
+        failure = MistralKeyMissingText();
+        return false;
+      }
+      break;
+    default:
+      failure = L"Unknown AI provider selected in settings.";
+      return false;
+  }
+  float temperature = static_cast<float>(settings.temperatureHundredths) / 100.0f;
+  call = MakeCall(settings, BuildChatRequestBody(model, systemText, history, message, temperature, settings.maxTokens));
+  return true;
+}
+
+bool PlanConnectionTest(const ProviderSettings& settings, ProviderCall& call, std::wstring& failure) {
+  std::wstring model = settings.model;
+  switch (settings.provider) {
+    case kProviderGroq:
+      if (settings.apiKey.empty()) {
+        failure = GroqKeyMissingText();
+        return false;
+      }
+      break;
+    case kProviderCloudflare:
+      if (settings.apiKey.empty()) {
+        failure = L"Cloudflare API key is not set. Get it from your Cloudflare dashboard.";
+        return false;
+      }
+      if (settings.accountId.empty()) {
+        failure = L"Cloudflare Account ID is missing.\n\nFind it in your Cloudflare dashboard.";
+        return false;
+      }
+      // The test also replaces the old default name; a real request doesn't.
+      if (model.empty() || model == L"llama3.1-8b") model = kCloudflareDefaultModel;
+      break;
+    case kProviderMistral:
+      if (settings.apiKey.empty()) {
+        failure = L"Mistral AI API key is not set";
+        return false;
+      }
+      break;
+    default:
+      failure = L"Unknown AI provider selected in settings";
+      return false;
+  }
+  call = MakeCall(settings, BuildChatRequestBody(model, L"", {}, L"Reply with exactly: OK", 0.1f, 10));
+  return true;
+}
+
+bool ConnectionTestAccepts(uint32_t provider, const std::string& answer) {
+  if (provider == kProviderCloudflare) return !answer.empty();
+  return answer.find("OK") != std::string::npos;
+}

@@ -4,6 +4,9 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
+
+#include "ai/client/chat_request.h"
 
 // Values of the settings field aiProvider.
 enum AiProvider : uint32_t {
@@ -50,3 +53,44 @@ std::wstring HttpStatusErrorText(uint32_t status, const std::string& body);
 // same for Mistral AI.
 std::wstring GroqKeyMissingText();
 std::wstring MistralKeyMissingText();
+
+// Texts of a request that failed, per provider; Mistral AI's for any value
+// the dispatch already refused.
+const wchar_t* EmptyAnswerText(uint32_t provider);
+const wchar_t* RequestFailedText(uint32_t provider);
+// The same for the AI Settings dialog's connection test.
+const wchar_t* ConnectionFailedText(uint32_t provider);
+const wchar_t* UnexpectedAnswerText(uint32_t provider);
+
+// The settings fields a request reads.
+struct ProviderSettings {
+  uint32_t provider = 0;
+  std::wstring apiKey;
+  std::wstring accountId;
+  std::wstring model;
+  std::wstring customEndpoint;
+  int32_t temperatureHundredths = 0;
+  int32_t maxTokens = 0;
+};
+
+// One POST as it will go out.
+struct ProviderCall {
+  std::wstring host;
+  std::wstring path;
+  std::string body;
+  std::wstring authorization;  // "Authorization: Bearer " and the key exactly as stored
+};
+
+// A chat request: the provider's checks, its model and endpoint, the body.
+// False with the user's text when a key, the account or the provider is wrong.
+bool PlanChatRequest(const ProviderSettings& settings, const std::wstring& systemText,
+                     const std::vector<ChatTurn>& history, const std::wstring& message, ProviderCall& call,
+                     std::wstring& failure);
+
+// The connection test: "Reply with exactly: OK", no system text or history,
+// temperature 0.1, 10 tokens, and the test's own texts.
+bool PlanConnectionTest(const ProviderSettings& settings, ProviderCall& call, std::wstring& failure);
+
+// The connection test's accepted answer: "OK" anywhere for Groq and
+// Mistral AI, anything non-empty for Cloudflare.
+bool ConnectionTestAccepts(uint32_t provider, const std::string& answer);

@@ -141,6 +141,7 @@ class TavroSession:
         self.processes = []
         self._log_file = None
         self._probe = None
+        self._mock = None
         self._xvfb = None
         self.display = None
         ensure_template()
@@ -194,6 +195,8 @@ class TavroSession:
                     except subprocess.TimeoutExpired:
                         process.kill()
         finally:
+            if self._mock:
+                self._mock.stop()
             if self._probe:
                 try:
                     self._probe.stdin.write(b"quit\n")
@@ -211,6 +214,24 @@ class TavroSession:
             if self._xvfb:
                 self._xvfb.terminate()
                 self._xvfb.wait(timeout=5)
+
+    def mock_provider(self):
+        """Starts the mock chat provider on localhost:443, trusted by this
+        session's prefix only; it stops with the session."""
+        from mock_provider import MockProvider
+        mock = MockProvider(BUILD / "e2e-certs")
+        self.request("add-root-cert", windows_path(mock.ca_der))
+        mock.start()
+        self._mock = mock
+        return mock
+
+    def run_tool(self, exe, *args, debug="-all", timeout=180):
+        """Runs a console program of ours in this prefix to its end; returns
+        (exit code, stdout text, stderr text)."""
+        env = dict(self.env, WINEDEBUG=debug)
+        done = subprocess.run(["wine", str(exe), *args], env=env, stdin=subprocess.DEVNULL, capture_output=True,
+                              timeout=timeout, cwd=self.work)
+        return done.returncode, done.stdout.decode("utf-8", "replace"), done.stderr.decode("latin-1")
 
     # -- the probe -------------------------------------------------------
     def _probe_process(self):

@@ -4,6 +4,8 @@
 // followed by n lines. Texts are escaped: \\ \n \r \t.
 #include <windows.h>
 
+#include <wincrypt.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -329,6 +331,25 @@ void Handle(const std::vector<std::string>& f) {
     Reply("ok", "");
   } else if (verb == "exstyle") {
     Reply("ok", std::to_string(static_cast<long long>(GetWindowLongPtrW(ToWindow(arg(1)), GWL_EXSTYLE))));
+  } else if (verb == "add-root-cert") {
+    // add-root-cert PATH: a DER certificate into this prefix's LocalMachine
+    // Root store, so that WinHTTP trusts a test server signed by it.
+    HANDLE file = CreateFileW(ToWide(arg(1)).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0,
+                              nullptr);
+    if (file == INVALID_HANDLE_VALUE) return Reply("err", "open " + std::to_string(GetLastError()));
+    std::string der(GetFileSize(file, nullptr), '\0');
+    DWORD read = 0;
+    ReadFile(file, der.data(), static_cast<DWORD>(der.size()), &read, nullptr);
+    CloseHandle(file);
+    HCERTSTORE store = CertOpenStore(CERT_STORE_PROV_SYSTEM_W, 0, 0, CERT_SYSTEM_STORE_LOCAL_MACHINE, L"Root");
+    if (!store) return Reply("err", "store " + std::to_string(GetLastError()));
+    BOOL added = CertAddEncodedCertificateToStore(store, X509_ASN_ENCODING,
+                                                  reinterpret_cast<const BYTE*>(der.data()), read,
+                                                  CERT_STORE_ADD_REPLACE_EXISTING, nullptr);
+    DWORD error = GetLastError();
+    CertCloseStore(store, 0);
+    if (!added) return Reply("err", "add " + std::to_string(error));
+    Reply("ok", "");
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {
