@@ -215,12 +215,13 @@ class TavroSession:
                 self._xvfb.terminate()
                 self._xvfb.wait(timeout=5)
 
-    def mock_provider(self):
+    def mock_provider(self, trusted=True):
         """Starts the mock chat provider on localhost:443, trusted by this
-        session's prefix only; it stops with the session."""
+        session's prefix only (or by nobody); it stops with the session."""
         from mock_provider import MockProvider
         mock = MockProvider(BUILD / "e2e-certs")
-        self.request("add-root-cert", windows_path(mock.ca_der))
+        if trusted:
+            self.request("add-root-cert", windows_path(mock.ca_der))
         mock.start()
         self._mock = mock
         return mock
@@ -228,6 +229,9 @@ class TavroSession:
     def run_tool(self, exe, *args, debug="-all", timeout=180):
         """Runs a console program of ours in this prefix to its end; returns
         (exit code, stdout text, stderr text)."""
+        # The session's first Wine process starts services that would inherit
+        # and hold our pipes; the probe is that first process instead.
+        self.request("ping")
         env = dict(self.env, WINEDEBUG=debug)
         done = subprocess.run(["wine", str(exe), *args], env=env, stdin=subprocess.DEVNULL, capture_output=True,
                               timeout=timeout, cwd=self.work)

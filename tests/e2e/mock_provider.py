@@ -33,7 +33,7 @@ def answer_body(text):
     """A provider's 200 body carrying one answer."""
     return json.dumps({"id": "chatcmpl-1", "object": "chat.completion",
                        "choices": [{"index": 0, "message": {"role": "assistant", "content": text},
-                                    "finish_reason": "stop"}]}).encode("utf-8")
+                                    "finish_reason": "stop"}]}, ensure_ascii=False).encode("utf-8")
 
 
 @dataclass
