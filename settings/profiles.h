@@ -6,9 +6,15 @@
 #include <vector>
 
 struct ProfileInfo {
-  std::wstring name;
+  std::wstring name;    // "default" for the default profile
+  std::wstring path;    // full path of its settings file
+  bool active = false;  // the profile of this process
 };
 
 // "default" first, then one row per file <app>\profiles\tavro_*.cfg in the
-// order the file system gives.
+// order the file system gives; the name is the file name without "tavro_"
+// and without its extension. Directories and empty names are skipped.
 std::vector<ProfileInfo> ListProfiles();
+
+// The name of a profile's settings file, "tavro_work.cfg" -> "work".
+std::wstring ProfileNameOfFile(const std::wstring& fileName);

@@ -13,6 +13,7 @@
 
 #include "Scintilla.h"
 #include "ai/chat/ai_state.h"
+#include "ai/client/system_context.h"
 #include "ai/client/transport.h"
 #include "document/document.h"
 #include "document/save_prompt.h"
@@ -35,6 +36,7 @@ constexpr wchar_t kViewerTitlePrefix[] = L"Tavro Viewer - ";
 constexpr int kEditorId = 1;
 constexpr UINT_PTR kEditorSubclassId = 1;
 constexpr UINT_PTR kSystemInfoTimer = 5003;
+constexpr UINT kSystemInfoPeriodMs = 60000;
 
 // The profile string whose address the window property carries.
 std::wstring g_profileLabel;
@@ -265,12 +267,23 @@ LRESULT OnCreate(HWND window) {
     SyncSystemTheme(window);
   }
   OpenAiSession();
+  // The panel and its chat come with AI Mod; the refresh starts the
+  // system-information file and its timer.
+  if (g_settings.editorMode == 1) PostMessageW(window, WM_AI_STATUS_REFRESH, 0, 0);
   SetWindowSubclass(g_hwndEditor, EditorSubclass, kEditorSubclassId, 0);
   if (!g_viewerMode) {
     DragAcceptFiles(window, TRUE);
     UpdateTitle();
   }
   return 0;
+}
+
+// The connection labels and the system-information file, once the panel is
+// up and after the AI Settings dialog saves.
+void OnAiStatusRefresh(HWND window) {
+  if (!g_hwndAiPanel) return;
+  WriteSystemInfoFile();
+  SetTimer(window, kSystemInfoTimer, kSystemInfoPeriodMs, nullptr);
 }
 
 void OnDestroy(HWND window) {
@@ -404,6 +417,10 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     }
     case WM_TIMER:
       if (wParam == kAutoSaveTimer) OnAutoSaveTimer(window);
+      if (wParam == kSystemInfoTimer && g_settings.editorMode == 1) WriteSystemInfoFile();
+      return 0;
+    case WM_AI_STATUS_REFRESH:
+      OnAiStatusRefresh(window);
       return 0;
     case WM_DROPFILES:
       OnDropFiles(window, reinterpret_cast<HDROP>(wParam));

@@ -2,7 +2,7 @@
 
 #include "ai/chat/ai_state.h"
 #include "ai/client/providers.h"
-// SYSCTX #include "ai/client/system_context.h"
+#include "ai/client/system_context.h"
 #include "settings/settings.h"
 #include "shell/shell.h"
 
@@ -46,7 +46,7 @@ ProviderSettings ReadProviderSettings() {
 // false with the text to post.
 bool RunChatRequest(HINTERNET session, const AiRequestArgs& args, std::wstring& answer, std::wstring& failure) {
   ProviderSettings settings = ReadProviderSettings();
-  std::wstring systemText = g_settings.systemPrompt;  // SYSCTX BuildSystemContext()
+  std::wstring systemText = BuildSystemContext();
   ProviderCall call;
   if (!PlanChatRequest(settings, systemText, args.history, args.message, call, failure)) return false;
   std::string response;
