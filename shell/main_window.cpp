@@ -13,6 +13,7 @@
 
 #include "Scintilla.h"
 #include "ai/chat/ai_state.h"
+#include "ai/chat/chat_store.h"
 #include "ai/client/system_context.h"
 #include "ai/client/transport.h"
 #include "document/document.h"
@@ -300,6 +301,10 @@ void OnDestroy(HWND window) {
     g_fileHandle = INVALID_HANDLE_VALUE;
   }
   OutputDebugStringW(L"[Tavro] WM_DESTROY: Saving current chat...\n");
+  // A Viewer holds a stale copy of the default profile's chats: it never writes them back.
+  if (!g_viewerMode && g_settings.editorMode == 1 && SaveCurrentChat(GetChatHistory())) {
+    OutputDebugStringW(L"[Tavro] Current chat saved.\n");
+  }
   if (!g_viewerMode) CollectSettings();
   PostQuitMessage(0);
 }

@@ -5,14 +5,18 @@
 #include <cstdio>
 #include <sstream>
 
-std::string JsonEscape(const std::wstring& text) {
+std::string WideToUtf8(const std::wstring& text) {
   std::string utf8;
-  if (!text.empty()) {
-    int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
-    utf8.resize(size > 0 ? size : 0);
-    if (size > 0)
-      WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), utf8.data(), size, nullptr, nullptr);
-  }
+  if (text.empty()) return utf8;
+  int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
+  utf8.resize(size > 0 ? size : 0);
+  if (size > 0)
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), utf8.data(), size, nullptr, nullptr);
+  return utf8;
+}
+
+std::string JsonEscape(const std::wstring& text) {
+  const std::string utf8 = WideToUtf8(text);
   std::string out;
   out.reserve(utf8.size() + utf8.size() / 8);
   for (char c : utf8) {

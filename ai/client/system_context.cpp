@@ -4,6 +4,7 @@
 
 #include <wininet.h>
 
+#include "ai/client/chat_request.h"
 #include "settings/data_folders.h"
 #include "settings/profiles.h"
 #include "settings/settings.h"
@@ -11,16 +12,6 @@
 namespace {
 
 constexpr wchar_t kInstanceMutexPrefix[] = L"Local\\Tavro_Instance_";
-
-std::string ToUtf8(const std::wstring& text) {
-  if (text.empty()) return {};
-  int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
-  std::string out(size > 0 ? size : 0, '\0');
-  if (size > 0) {
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), size, nullptr, nullptr);
-  }
-  return out;
-}
 
 // A REG_SZ value of HKEY_LOCAL_MACHINE into a buffer of the given bytes;
 // empty when it can't be read.
@@ -177,7 +168,7 @@ void WriteSystemInfoFileAt(const std::wstring& path) {
   if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) {
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
   }
-  std::string bytes = ToUtf8(FormatSystemInfoHeader(ReadLocalTime())) + ToUtf8(BuildSystemInfoText());
+  std::string bytes = WideToUtf8(FormatSystemInfoHeader(ReadLocalTime())) + WideToUtf8(BuildSystemInfoText());
   HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return;
   DWORD written = 0;
