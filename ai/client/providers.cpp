@@ -96,75 +96,60 @@ ProviderCall MakeCall(const ProviderSettings& settings, std::string body) {
   return {endpoint.host, endpoint.path, std::move(body), L"Authorization: Bearer " + settings.apiKey};
 }
 
+// What a request and the connection test tell the user when the settings
+// can't make a call; the two word them differently.
+struct RefusalTexts {
+  const wchar_t* cloudflareKey;
+  const wchar_t* cloudflareAccount;
+  std::wstring mistralKey;
+  const wchar_t* unknownProvider;
+};
+
+// The provider's key and account checks; false with the refusal text.
+bool SettingsCanCall(const ProviderSettings& settings, const RefusalTexts& texts, std::wstring& failure) {
+  switch (settings.provider) {
+    case kProviderGroq:
+      if (settings.apiKey.empty()) failure = GroqKeyMissingText();
+      break;
+    case kProviderCloudflare:
+      if (settings.apiKey.empty()) failure = texts.cloudflareKey;
+      else if (settings.accountId.empty()) failure = texts.cloudflareAccount;
+      break;
+    case kProviderMistral:
+      if (settings.apiKey.empty()) failure = texts.mistralKey;
+      break;
+    default:
+      failure = texts.unknownProvider;
+  }
+  return failure.empty();
+}
+
 }  // namespace
 
 bool PlanChatRequest(const ProviderSettings& settings, const std::wstring& systemText,
                      const std::vector<ChatTurn>& history, const std::wstring& message, ProviderCall& call,
                      std::wstring& failure) {
+  failure.clear();
+  const RefusalTexts texts = {L"Cloudflare API key is not set.", L"Cloudflare Account ID is missing.",
+                              MistralKeyMissingText(), L"Unknown AI provider selected in settings."};
+  if (!SettingsCanCall(settings, texts, failure)) return false;
   std::wstring model = settings.model;
-  switch (settings.provider) {
-    case kProviderGroq:
-      if (settings.apiKey.empty()) {
-        failure = GroqKeyMissingText();
-        return false;
-      }
-      break;
-    case kProviderCloudflare:
-      if (settings.apiKey.empty()) {
-        failure = L"Cloudflare API key is not set.";
-        return false;
-      }
-      if (settings.accountId.empty()) {
-        failure = L"Cloudflare Account ID is missing.";
-        return false;
-      }
-      if (model.empty()) model = kCloudflareDefaultModel;
-      break;
-    case kProviderMistral:
-      if (settings.apiKey.empty()) {
-        failure = MistralKeyMissingText();
-        return false;
-      }
-      break;
-    default:
-      failure = L"Unknown AI provider selected in settings.";
-      return false;
-  }
+  if (settings.provider == kProviderCloudflare && model.empty()) model = kCloudflareDefaultModel;
   float temperature = static_cast<float>(settings.temperatureHundredths) / 100.0f;
   call = MakeCall(settings, BuildChatRequestBody(model, systemText, history, message, temperature, settings.maxTokens));
   return true;
 }
 
 bool PlanConnectionTest(const ProviderSettings& settings, ProviderCall& call, std::wstring& failure) {
+  failure.clear();
+  const RefusalTexts texts = {L"Cloudflare API key is not set. Get it from your Cloudflare dashboard.",
+                              L"Cloudflare Account ID is missing.\n\nFind it in your Cloudflare dashboard.",
+                              L"Mistral AI API key is not set", L"Unknown AI provider selected in settings"};
+  if (!SettingsCanCall(settings, texts, failure)) return false;
   std::wstring model = settings.model;
-  switch (settings.provider) {
-    case kProviderGroq:
-      if (settings.apiKey.empty()) {
-        failure = GroqKeyMissingText();
-        return false;
-      }
-      break;
-    case kProviderCloudflare:
-      if (settings.apiKey.empty()) {
-        failure = L"Cloudflare API key is not set. Get it from your Cloudflare dashboard.";
-        return false;
-      }
-      if (settings.accountId.empty()) {
-        failure = L"Cloudflare Account ID is missing.\n\nFind it in your Cloudflare dashboard.";
-        return false;
-      }
-      // The test also replaces the old default name; a real request doesn't.
-      if (model.empty() || model == L"llama3.1-8b") model = kCloudflareDefaultModel;
-      break;
-    case kProviderMistral:
-      if (settings.apiKey.empty()) {
-        failure = L"Mistral AI API key is not set";
-        return false;
-      }
-      break;
-    default:
-      failure = L"Unknown AI provider selected in settings";
-      return false;
+  // The test also replaces the old default name; a real request doesn't.
+  if (settings.provider == kProviderCloudflare && (model.empty() || model == L"llama3.1-8b")) {
+    model = kCloudflareDefaultModel;
   }
   call = MakeCall(settings, BuildChatRequestBody(model, L"", {}, L"Reply with exactly: OK", 0.1f, 10));
   return true;

@@ -13,24 +13,7 @@
 
 namespace {
 
-std::string ReadBytes(const std::wstring& path) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return "<missing>";
-  std::string bytes(GetFileSize(file, nullptr), '\0');
-  DWORD read = 0;
-  ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
-  CloseHandle(file);
-  return bytes;
-}
 
-void WriteBytes(const std::wstring& path, const std::string& bytes) {
-  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-  ASSERT_NE(file, INVALID_HANDLE_VALUE);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
-}
 
 bool ReadOnly(const std::wstring& path) {
   DWORD attributes = GetFileAttributesW(path.c_str());
@@ -97,8 +80,8 @@ TEST_F(ChatStoreTest, FirstStartMakesFolderIndexAndAnEmptyChatFile) {
   EXPECT_TRUE(std::regex_match(std::string(chat.createdAt.begin(), chat.createdAt.end()),
                                std::regex(R"(\d\d\.\d\d\.\d{4}  \d\d:\d\d)")));
   EXPECT_EQ(CurrentChat(store_), &store_.chats[0]);
-  EXPECT_EQ(ReadBytes(ChatFile(chat)), "{\r\n  \"messages\": [\r\n  ]\r\n}\r\n");
-  EXPECT_EQ(ReadBytes(In(L"index.json")), Crlf(FormatIndexJson(store_.chats)));
+  EXPECT_EQ(ReadFileBytes(ChatFile(chat)), "{\r\n  \"messages\": [\r\n  ]\r\n}\r\n");
+  EXPECT_EQ(ReadFileBytes(In(L"index.json")), Crlf(FormatIndexJson(store_.chats)));
   EXPECT_TRUE(ReadOnly(In(L"index.json")));
   EXPECT_TRUE(ReadOnly(ChatFile(chat)));
   // The second call of a process does nothing.
@@ -112,7 +95,7 @@ TEST_F(ChatStoreTest, MessagesAreWrittenAtOnceAndReadBack) {
   AddMessage(store_, false, L"Like this: \\\" and \\u0041");
   const ChatInfo& chat = *CurrentChat(store_);
   EXPECT_EQ(chat.title, L"How do I \"quote\"?\nSecond line \u00E9 \u0001");
-  EXPECT_EQ(ReadBytes(ChatFile(chat)), Crlf(FormatChatJson(chat.messages)));
+  EXPECT_EQ(ReadFileBytes(ChatFile(chat)), Crlf(FormatChatJson(chat.messages)));
   EXPECT_TRUE(ReadOnly(ChatFile(chat)));
   ChatHistoryManager again = Reloaded();
   ASSERT_EQ(again.chats.size(), 1u);
@@ -161,9 +144,9 @@ TEST_F(ChatStoreTest, AMissingChatFileLeavesAnEmptyChat) {
 
 TEST_F(ChatStoreTest, TwoCurrentRowsSelectTheFirst) {
   CreateDirectoryW(folder_.c_str(), nullptr);
-  WriteBytes(In(L"index.json"),
+  ASSERT_TRUE(WriteFileBytes(In(L"index.json"),
              "{\"chats\":[{\"id\":\"a\",\"isCurrent\":false},{\"id\":\"b\",\"isCurrent\":true},"
-             "{\"id\":\"c\",\"isCurrent\":true}]}");
+             "{\"id\":\"c\",\"isCurrent\":true}]}"));
   LoadAll(store_);
   ASSERT_EQ(store_.chats.size(), 3u);
   EXPECT_EQ(store_.currentIndex, 1u);
@@ -173,7 +156,7 @@ TEST_F(ChatStoreTest, TwoCurrentRowsSelectTheFirst) {
 
 TEST_F(ChatStoreTest, NoCurrentRowMarksTheFirst) {
   CreateDirectoryW(folder_.c_str(), nullptr);
-  WriteBytes(In(L"index.json"), "{\"chats\":[{\"id\":\"a\"},{\"id\":\"b\"}]}");
+  ASSERT_TRUE(WriteFileBytes(In(L"index.json"), "{\"chats\":[{\"id\":\"a\"},{\"id\":\"b\"}]}"));
   LoadAll(store_);
   EXPECT_EQ(store_.currentIndex, 0u);
   EXPECT_TRUE(store_.chats[0].isCurrent);
@@ -181,11 +164,11 @@ TEST_F(ChatStoreTest, NoCurrentRowMarksTheFirst) {
 
 TEST_F(ChatStoreTest, ARowWithoutIdDisappearsAtTheNextWrite) {
   CreateDirectoryW(folder_.c_str(), nullptr);
-  WriteBytes(In(L"index.json"), "{\"chats\":[{\"title\":\"orphan\"},{\"id\":\"k\",\"title\":\"Kept\",\"isCurrent\":true}]}");
+  ASSERT_TRUE(WriteFileBytes(In(L"index.json"), "{\"chats\":[{\"title\":\"orphan\"},{\"id\":\"k\",\"title\":\"Kept\",\"isCurrent\":true}]}"));
   LoadAll(store_);
   ASSERT_EQ(store_.chats.size(), 1u);
   SaveCurrentChat(store_);
-  std::string index = ReadBytes(In(L"index.json"));
+  std::string index = ReadFileBytes(In(L"index.json"));
   EXPECT_EQ(index.find("orphan"), std::string::npos);
   EXPECT_NE(index.find("\"id\": \"k\""), std::string::npos);
 }
@@ -194,30 +177,30 @@ TEST_F(ChatStoreTest, ADamagedIndexGivesANewChatAndLeavesTheOldFilesAlone) {
   LoadAll(store_);
   AddMessage(store_, true, L"keep my bytes");
   const std::wstring oldChat = ChatFile(*CurrentChat(store_));
-  const std::string oldBytes = ReadBytes(oldChat);
-  std::string index = ReadBytes(In(L"index.json"));
-  WriteBytes(In(L"index.json"), index.substr(0, index.size() / 2));
+  const std::string oldBytes = ReadFileBytes(oldChat);
+  std::string index = ReadFileBytes(In(L"index.json"));
+  ASSERT_TRUE(WriteFileBytes(In(L"index.json"), index.substr(0, index.size() / 2)));
   ChatHistoryManager again = Reloaded();
   ASSERT_EQ(again.chats.size(), 1u);
   EXPECT_NE(again.chats[0].id, store_.chats[0].id);
   EXPECT_TRUE(again.chats[0].messages.empty());
-  EXPECT_EQ(ReadBytes(oldChat), oldBytes);  // an orphan, untouched
+  EXPECT_EQ(ReadFileBytes(oldChat), oldBytes);  // an orphan, untouched
 }
 
 TEST_F(ChatStoreTest, GarbageFilesReadAsEmptyAndStayOnDisk) {
   CreateDirectoryW(folder_.c_str(), nullptr);
-  WriteBytes(In(L"index.json"), "{\"chats\":[{\"id\":\"x\",\"isCurrent\":true}]}");
+  ASSERT_TRUE(WriteFileBytes(In(L"index.json"), "{\"chats\":[{\"id\":\"x\",\"isCurrent\":true}]}"));
   const std::string garbage = "\xFF\xFE garbage {[\"";
-  WriteBytes(In(L"x.json"), garbage);
+  ASSERT_TRUE(WriteFileBytes(In(L"x.json"), garbage));
   LoadAll(store_);
   ASSERT_EQ(store_.chats.size(), 1u);
   EXPECT_TRUE(store_.chats[0].messages.empty());
-  EXPECT_EQ(ReadBytes(In(L"x.json")), garbage);
+  EXPECT_EQ(ReadFileBytes(In(L"x.json")), garbage);
   // An empty index reads as no chats: a new one is made.
   ChatHistoryManager empty;
   empty.folder = TestPath(L"chats\\empty");
   CreateDirectoryW(empty.folder.c_str(), nullptr);
-  WriteBytes(empty.folder + L"\\index.json", "");
+  ASSERT_TRUE(WriteFileBytes(empty.folder + L"\\index.json", ""));
   LoadAll(empty);
   EXPECT_EQ(empty.chats.size(), 1u);
   Release(empty.folder);
@@ -291,8 +274,8 @@ TEST_F(ChatStoreTest, DeleteAllRemovesEveryJsonAndWritesANewIndex) {
   LoadAll(store_);
   AddMessage(store_, true, L"x");
   NewChat(store_);
-  WriteBytes(In(L"stray.json"), "{}");
-  WriteBytes(In(L"notes.txt"), "keep");
+  ASSERT_TRUE(WriteFileBytes(In(L"stray.json"), "{}"));
+  ASSERT_TRUE(WriteFileBytes(In(L"notes.txt"), "keep"));
   SetFileAttributesW(In(L"stray.json").c_str(), FILE_ATTRIBUTE_READONLY);
   ASSERT_TRUE(DeleteAllChats(store_));
   EXPECT_FALSE(Exists(In(L"stray.json")));
@@ -306,23 +289,23 @@ TEST_F(ChatStoreTest, DeleteAllRemovesEveryJsonAndWritesANewIndex) {
 TEST_F(ChatStoreTest, LegacyNamesAreMigrated) {
   CreateDirectoryW(folder_.c_str(), nullptr);
   const std::string legacy = Crlf(FormatChatJson({{true, L"old one", L"t"}}));
-  WriteBytes(In(L"chat-default_20240102_030405_0001.json"), legacy);
+  ASSERT_TRUE(WriteFileBytes(In(L"chat-default_20240102_030405_0001.json"), legacy));
   SetFileAttributesW(In(L"chat-default_20240102_030405_0001.json").c_str(), FILE_ATTRIBUTE_READONLY);
   // Its new name exists with 30 bytes, and it is larger: it replaces that file.
-  WriteBytes(In(L"20240102_030405_0002.json"), std::string(30, ' '));
-  WriteBytes(In(L"chat-default_20240102_030405_0002.json"), legacy);
+  ASSERT_TRUE(WriteFileBytes(In(L"20240102_030405_0002.json"), std::string(30, ' ')));
+  ASSERT_TRUE(WriteFileBytes(In(L"chat-default_20240102_030405_0002.json"), legacy));
   // A new file of 50 bytes or more wins over any legacy one.
   const std::string kept(60, ' ');
-  WriteBytes(In(L"20240102_030405_0003.json"), kept);
-  WriteBytes(In(L"chat-default_20240102_030405_0003.json"), legacy);
+  ASSERT_TRUE(WriteFileBytes(In(L"20240102_030405_0003.json"), kept));
+  ASSERT_TRUE(WriteFileBytes(In(L"chat-default_20240102_030405_0003.json"), legacy));
   // No underscore: left alone.
-  WriteBytes(In(L"chat-plain.json"), "x");
+  ASSERT_TRUE(WriteFileBytes(In(L"chat-plain.json"), "x"));
   LoadAll(store_);
   EXPECT_FALSE(Exists(In(L"chat-default_20240102_030405_0001.json")));
-  EXPECT_EQ(ReadBytes(In(L"20240102_030405_0001.json")), legacy);
-  EXPECT_EQ(ReadBytes(In(L"20240102_030405_0002.json")), legacy);
+  EXPECT_EQ(ReadFileBytes(In(L"20240102_030405_0001.json")), legacy);
+  EXPECT_EQ(ReadFileBytes(In(L"20240102_030405_0002.json")), legacy);
   EXPECT_FALSE(Exists(In(L"chat-default_20240102_030405_0002.json")));
-  EXPECT_EQ(ReadBytes(In(L"20240102_030405_0003.json")), kept);
+  EXPECT_EQ(ReadFileBytes(In(L"20240102_030405_0003.json")), kept);
   EXPECT_FALSE(Exists(In(L"chat-default_20240102_030405_0003.json")));
   EXPECT_TRUE(Exists(In(L"chat-plain.json")));
 }

@@ -65,23 +65,7 @@ MachineFacts Desktop() {
   return f;
 }
 
-std::string ReadBytes(const std::wstring& path) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return "<missing>";
-  std::string bytes(GetFileSize(file, nullptr), '\0');
-  DWORD read = 0;
-  ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
-  CloseHandle(file);
-  return bytes;
-}
 
-void WriteBytes(const std::wstring& path, const std::string& bytes) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-  ASSERT_NE(file, INVALID_HANDLE_VALUE);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
-}
 
 }  // namespace
 
@@ -312,7 +296,7 @@ TEST(SystemContextCompose, EmptyFileGivesThePromptAlone) {
 TEST(SystemContextFile, WrittenWithHeaderUtf8LfAndReadOnly) {
   std::wstring path = TestPath(L"locally.qrl");
   WriteSystemInfoFileAt(path);
-  std::string bytes = ReadBytes(path);
+  std::string bytes = ReadFileBytes(path);
   EXPECT_EQ(bytes.rfind("# QORL System Information\n# Generated: ", 0), 0u) << bytes.substr(0, 80);
   EXPECT_EQ(bytes.substr(39 + 19, 32), "\n# DO NOT EDIT - Auto-generated\n");
   EXPECT_EQ(bytes.substr(90, 14), "CURRENT_TIME: ");
@@ -322,10 +306,10 @@ TEST(SystemContextFile, WrittenWithHeaderUtf8LfAndReadOnly) {
   EXPECT_TRUE(attributes & FILE_ATTRIBUTE_READONLY);
   // Rewritten over its own read-only attribute.
   SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-  WriteBytes(path, "old");
+  ASSERT_TRUE(WriteFileBytes(path, "old"));
   SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
   WriteSystemInfoFileAt(path);
-  EXPECT_EQ(ReadBytes(path).rfind("# QORL System Information\n", 0), 0u);
+  EXPECT_EQ(ReadFileBytes(path).rfind("# QORL System Information\n", 0), 0u);
   SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
@@ -349,27 +333,27 @@ TEST(SystemContextFile, MissingFileIsWrittenByTheRead) {
   std::wstring path = TestPath(L"fresh.qrl");
   std::string bytes = ReadSystemInfoFileAt(path);
   EXPECT_EQ(bytes.rfind("# QORL System Information\n", 0), 0u);
-  EXPECT_EQ(bytes, ReadBytes(path));
+  EXPECT_EQ(bytes, ReadFileBytes(path));
   SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST(SystemContextFile, SizeLimitIs65536Bytes) {
   std::wstring path = TestPath(L"big.qrl");
-  WriteBytes(path, std::string(65536, 'x'));
+  ASSERT_TRUE(WriteFileBytes(path, std::string(65536, 'x')));
   EXPECT_EQ(ReadSystemInfoFileAt(path), std::string(65536, 'x'));
-  WriteBytes(path, std::string(65537, 'x'));
+  ASSERT_TRUE(WriteFileBytes(path, std::string(65537, 'x')));
   EXPECT_EQ(ReadSystemInfoFileAt(path), "System information file error.");
 }
 
 TEST(SystemContextFile, AnEmptyFileReadsEmpty) {
   std::wstring path = TestPath(L"empty.qrl");
-  WriteBytes(path, "");
+  ASSERT_TRUE(WriteFileBytes(path, ""));
   EXPECT_EQ(ReadSystemInfoFileAt(path), "");
 }
 
 TEST(SystemContextFile, AFileHeldByAWriterIsUnavailable) {
   std::wstring path = TestPath(L"held.qrl");
-  WriteBytes(path, "content");
+  ASSERT_TRUE(WriteFileBytes(path, "content"));
   HANDLE writer = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   ASSERT_NE(writer, INVALID_HANDLE_VALUE);
   EXPECT_EQ(ReadSystemInfoFileAt(path), "System information unavailable.");
@@ -378,7 +362,7 @@ TEST(SystemContextFile, AFileHeldByAWriterIsUnavailable) {
   HANDLE reader = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
   WriteSystemInfoFileAt(path);
   CloseHandle(reader);
-  EXPECT_EQ(ReadBytes(path), "content");
+  EXPECT_EQ(ReadFileBytes(path), "content");
 }
 
 TEST(SystemContextProfiles, ActiveProfilesAreThoseWithAnInstanceMutex) {
