@@ -12,13 +12,14 @@ std::wstring ProfileNameOfFile(const std::wstring& fileName) {
   return name;
 }
 
-std::vector<ProfileInfo> ListProfiles() {
-  const bool defaultActive = g_profileName.empty() || g_profileName == L"default";
+std::vector<ProfileInfo> ListProfilesIn(const std::wstring& appFolder, const std::wstring& presentProfile) {
+  const bool defaultActive = presentProfile.empty() || presentProfile == L"default";
   std::vector<ProfileInfo> profiles;
-  std::wstring app = GetAppDataFolder();
-  profiles.push_back({L"default", app.empty() ? std::wstring() : app + L"\\tavro.cfg", defaultActive});
-  std::wstring folder = GetProfilesFolder();
-  if (folder.empty()) return profiles;
+  // Without an application folder the settings file is the relative one.
+  profiles.push_back({L"default", appFolder.empty() ? std::wstring(L"tavro.cfg") : appFolder + L"\\tavro.cfg",
+                      defaultActive});
+  if (appFolder.empty()) return profiles;
+  const std::wstring folder = appFolder + L"\\profiles";
   WIN32_FIND_DATAW found;
   HANDLE search = FindFirstFileW((folder + L"\\tavro_*.cfg").c_str(), &found);
   if (search == INVALID_HANDLE_VALUE) return profiles;
@@ -26,8 +27,10 @@ std::vector<ProfileInfo> ListProfiles() {
     if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
     std::wstring name = ProfileNameOfFile(found.cFileName);
     if (name.empty()) continue;
-    profiles.push_back({name, folder + L"\\" + found.cFileName, !defaultActive && name == g_profileName});
+    profiles.push_back({name, folder + L"\\" + found.cFileName, !defaultActive && name == presentProfile});
   } while (FindNextFileW(search, &found));
   FindClose(search);
   return profiles;
 }
+
+std::vector<ProfileInfo> ListProfiles() { return ListProfilesIn(GetAppDataFolder(), g_profileName); }

@@ -16,5 +16,10 @@ struct ProfileInfo {
 // and without its extension. Directories and empty names are skipped.
 std::vector<ProfileInfo> ListProfiles();
 
+// The same listing for a given application folder (no closing backslash) and
+// a given present profile (empty or "default" for the default one). Nothing
+// is created; without a profiles folder only the default row comes back.
+std::vector<ProfileInfo> ListProfilesIn(const std::wstring& appFolder, const std::wstring& presentProfile);
+
 // The name of a profile's settings file, "tavro_work.cfg" -> "work".
 std::wstring ProfileNameOfFile(const std::wstring& fileName);
