@@ -13,18 +13,25 @@ namespace {
 
 constexpr wchar_t kInstanceMutexPrefix[] = L"Local\\Tavro_Instance_";
 
-// A REG_SZ value of HKEY_LOCAL_MACHINE into a buffer of the given bytes;
-// empty when it can't be read.
-std::wstring ReadMachineString(const wchar_t* key, const wchar_t* value, DWORD bufferBytes) {
+// A REG_SZ value of HKEY_LOCAL_MACHINE into a buffer of the given bytes.
+// False, with value untouched, when it can't be read.
+bool ReadMachineString(const wchar_t* key, const wchar_t* name, DWORD bufferBytes, std::wstring& value) {
   HKEY handle;
-  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, key, 0, KEY_READ, &handle) != ERROR_SUCCESS) return {};
+  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, key, 0, KEY_READ, &handle) != ERROR_SUCCESS) return false;
   std::wstring buffer(bufferBytes / sizeof(wchar_t), L'\0');
   DWORD size = bufferBytes;
-  LONG result = RegQueryValueExW(handle, value, nullptr, nullptr, reinterpret_cast<BYTE*>(buffer.data()), &size);
+  LONG result = RegQueryValueExW(handle, name, nullptr, nullptr, reinterpret_cast<BYTE*>(buffer.data()), &size);
   RegCloseKey(handle);
-  if (result != ERROR_SUCCESS) return {};
-  buffer.resize(wcsnlen(buffer.c_str(), buffer.size()));
-  return buffer;
+  if (result != ERROR_SUCCESS) return false;
+  buffer.resize(wcsnlen(buffer.c_str(), size / sizeof(wchar_t)));
+  value = buffer;
+  return true;
+}
+
+// A settings string up to its terminator, or the whole field without one.
+template <size_t N>
+std::wstring FieldText(const wchar_t (&field)[N]) {
+  return std::wstring(field, wcsnlen(field, N));
 }
 
 using RtlGetVersionFunction = LONG(WINAPI*)(OSVERSIONINFOW*);
@@ -65,8 +72,7 @@ MachineFacts ReadMachineFacts() {
       f.buildNumber = version.dwBuildNumber;
     }
   }
-  std::wstring edition = ReadMachineString(L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", L"EditionID", 256);
-  if (!edition.empty()) f.edition = edition;
+  ReadMachineString(L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", L"EditionID", 256, f.edition);
   SYSTEM_INFO system;
   GetNativeSystemInfo(&system);
   f.x64 = system.wProcessorArchitecture == PROCESSOR_ARCHITECTURE_AMD64;
@@ -75,7 +81,7 @@ MachineFacts ReadMachineFacts() {
   GetUserDefaultLocaleName(locale, LOCALE_NAME_MAX_LENGTH);
   f.localeName = locale;
   const wchar_t* processorKey = L"HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0";
-  f.processorName = ReadMachineString(processorKey, L"ProcessorNameString", 512);
+  ReadMachineString(processorKey, L"ProcessorNameString", 512, f.processorName);
   HKEY handle;
   if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, processorKey, 0, KEY_READ, &handle) == ERROR_SUCCESS) {
     DWORD mhz = 0;
@@ -133,9 +139,9 @@ MachineFacts ReadMachineFacts() {
   return f;
 }
 
-std::vector<std::pair<std::wstring, std::wstring>> ListActiveProfiles() {
+std::vector<std::pair<std::wstring, std::wstring>> ListActiveProfilesAmong(const std::vector<ProfileInfo>& profiles) {
   std::vector<std::pair<std::wstring, std::wstring>> active;
-  for (const ProfileInfo& profile : ListProfiles()) {
+  for (const ProfileInfo& profile : profiles) {
     std::wstring mutexName = kInstanceMutexPrefix + profile.name;
     if (HANDLE mutex = OpenMutexW(SYNCHRONIZE, FALSE, mutexName.c_str())) {
       CloseHandle(mutex);
@@ -143,6 +149,10 @@ std::vector<std::pair<std::wstring, std::wstring>> ListActiveProfiles() {
     }
   }
   return active;
+}
+
+std::vector<std::pair<std::wstring, std::wstring>> ListActiveProfiles() {
+  return ListActiveProfilesAmong(ListProfiles());
 }
 
 std::wstring BuildKnowledgeText() {
@@ -204,6 +214,6 @@ std::string ReadSystemInfoFileAt(const std::wstring& path) {
 std::string ReadSystemInfoFile() { return ReadSystemInfoFileAt(SystemInfoFilePath()); }
 
 std::wstring BuildSystemContext() {
-  return ComposeSystemContext(ReadSystemInfoFile(), g_settings.systemPrompt, g_settings.aiProvider,
-                              g_settings.modelName);
+  return ComposeSystemContext(ReadSystemInfoFile(), FieldText(g_settings.systemPrompt), g_settings.aiProvider,
+                              FieldText(g_settings.modelName));
 }

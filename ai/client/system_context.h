@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ai/client/system_info.h"
+#include "settings/profiles.h"
 
 constexpr wchar_t kSystemInfoFileName[] = L"locally.qrl";
 constexpr unsigned long kSystemInfoMaxBytes = 65536;  // more than this counts as damaged
@@ -19,8 +20,12 @@ std::wstring BuildTimeText();
 // The machine facts right now; failed queries leave their defaults.
 MachineFacts ReadMachineFacts();
 
-// Profiles of this user whose instance mutex exists: name and mutex name.
+// Profiles of this user whose instance mutex exists: name and mutex name,
+// in the profile store's order, this instance's own profile included.
 std::vector<std::pair<std::wstring, std::wstring>> ListActiveProfiles();
+
+// The same test over a given listing of profiles.
+std::vector<std::pair<std::wstring, std::wstring>> ListActiveProfilesAmong(const std::vector<ProfileInfo>& profiles);
 
 std::wstring BuildKnowledgeText();
 std::wstring BuildSystemInfoText();
