@@ -6,25 +6,18 @@
 #include <vector>
 
 #include "Scintilla.h"
+#include "base/app_state.h"
 #include "document/document.h"
 #include "document/text_detect.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
 #include "search/search.h"
-#include "shell/shell.h"
-
-std::wstring g_filePath;
-HANDLE g_fileHandle = INVALID_HANDLE_VALUE;
-TextEncoding g_encoding = kUtf8;
-bool g_modified = false;
 
 namespace {
 
 bool g_loadInProgress = false;
 
-// Titles with the mangled dash are the program's own and stay as they are.
 constexpr wchar_t kErrorTitle[] = L"Tavro - Error";
-constexpr wchar_t kMangledErrorTitle[] = L"Tavro \u00e2\u20ac\u201d Error";
 constexpr wchar_t kCannotOpenTitle[] = L"Tavro - Cannot Open";
 
 // Clears the guard on every way out.
@@ -75,10 +68,7 @@ bool FileLoad(HWND window, const wchar_t* path) {
   OutputDebugStringW(line.c_str());
 
   // A different file gives up the old handle before the new one is looked at.
-  if (g_filePath != path && g_fileHandle != INVALID_HANDLE_VALUE) {
-    CloseHandle(g_fileHandle);
-    g_fileHandle = INVALID_HANDLE_VALUE;
-  }
+  if (g_filePath != path) CloseDocumentHandle();
 
   // No delete sharing: while the document is open nobody deletes or renames it.
   HANDLE file = CreateFileW(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
@@ -94,12 +84,12 @@ bool FileLoad(HWND window, const wchar_t* path) {
 
   DWORD size = GetFileSize(file, nullptr);
   if (size == INVALID_FILE_SIZE)
-    return Refuse(window, file, L"Tavro: ERROR - Cannot get file size\n", kMangledErrorTitle,
+    return Refuse(window, file, L"Tavro: ERROR - Cannot get file size\n", kGarbledErrorTitle,
                   L"Cannot get file size.");
   std::vector<uint8_t> raw(size);
   DWORD read = 0;
   if (!ReadFile(file, raw.data(), size, &read, nullptr) || read != size)
-    return Refuse(window, file, L"Tavro: ERROR - Cannot read file\n", kMangledErrorTitle, L"Cannot read file.");
+    return Refuse(window, file, L"Tavro: ERROR - Cannot read file\n", kGarbledErrorTitle, L"Cannot read file.");
   OutputDebugStringW(L"Tavro: File read successfully\n");
 
   switch (DetectBinary(raw.data(), raw.size())) {
@@ -122,10 +112,7 @@ bool FileLoad(HWND window, const wchar_t* path) {
   int eolMode = DetectLineEnding(decoded.utf8, static_cast<int>(SendEditor(SCI_GETEOLMODE)));
   SendEditor(SCI_SETEOLMODE, eolMode);
 
-  if (g_fileHandle != INVALID_HANDLE_VALUE) {  // the same file loaded again
-    CloseHandle(g_fileHandle);
-    g_fileHandle = INVALID_HANDLE_VALUE;
-  }
+  CloseDocumentHandle();  // the same file loaded again
 
   // SCI_SETTEXT stops at the first zero byte, wherever it stands.
   SendEditor(SCI_SETREADONLY, 0);
@@ -137,7 +124,7 @@ bool FileLoad(HWND window, const wchar_t* path) {
 
   g_fileHandle = file;
   g_encoding = decoded.encoding;
-  RefreshMarginWidth();
+  NotifyTextReplaced();
 
   if (!g_viewerMode) {
     ApplyLanguage(path);

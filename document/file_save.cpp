@@ -7,11 +7,11 @@
 #include <string>
 
 #include "Scintilla.h"
+#include "base/app_state.h"
 #include "document/document.h"
 #include "document/save_prompt.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
-#include "shell/shell.h"
 
 namespace {
 
@@ -41,7 +41,7 @@ void WriteThroughHandle(const std::string& text) {
 bool WriteThroughStream(HWND window, const std::string& text) {
   FILE* stream = _wfopen(g_filePath.c_str(), L"wb");
   if (!stream) {
-    ShowMessageBox(window, kBoxOk, L"Tavro \u00e2\u20ac\u201d Error", L"Cannot save file.");
+    ShowMessageBox(window, kBoxOk, kGarbledErrorTitle, L"Cannot save file.");
     return false;
   }
   if (g_encoding == kUtf8Bom) fwrite(kBomBytes, 1, sizeof(kBomBytes), stream);
@@ -64,7 +64,7 @@ bool FileSave(HWND window) {
     return false;
   }
   g_modified = false;
-  UpdateTitle();
+  NotifySaved();
   if (!g_viewerMode) ApplyLanguage(g_filePath.c_str());
   return true;
 }

@@ -4,12 +4,8 @@
 
 #include <memory>
 
-#include "Scintilla.h"
-#include "document/document.h"
 #include "presentation/menu_layout.h"
 #include "settings/settings.h"
-#include "shell/command_table.h"
-#include "shell/shell.h"
 
 namespace {
 
@@ -34,10 +30,6 @@ int TextWidth(HDC dc, const std::wstring& text) {
   SIZE size = {};
   GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
   return size.cx;
-}
-
-bool ClipboardHasText() {
-  return IsClipboardFormatAvailable(CF_UNICODETEXT) || IsClipboardFormatAvailable(CF_TEXT);
 }
 
 void Track(HMENU menu, HWND owner, POINT point, UINT flags, UINT* chosen) {
@@ -110,27 +102,15 @@ HMENU BuildPopupMenu(const std::vector<MenuEntry>& entries, bool editMenu) {
   return menu;
 }
 
-void ShowEditorContextMenu(HWND window, POINT screenPoint) {
+bool ClipboardHasText() {
+  return IsClipboardFormatAvailable(CF_UNICODETEXT) || IsClipboardFormatAvailable(CF_TEXT);
+}
+
+UINT ShowPopupMenu(const std::vector<MenuEntry>& entries, bool editMenu, HWND owner, POINT screenPoint, UINT flags) {
   FreeMenuItems();
-  EditorMenuState state;
-  state.canUndo = SendEditor(SCI_CANUNDO) != 0;
-  state.canRedo = SendEditor(SCI_CANREDO) != 0;
-  state.hasSelection = SendEditor(SCI_GETSELECTIONEND) > SendEditor(SCI_GETSELECTIONSTART);
-  state.clipboardHasText = ClipboardHasText();
-  state.documentEmpty = SendEditor(SCI_GETLENGTH) == 0;
-  state.modified = g_modified;
-  state.filePathIsMarkdown = IsMarkdownPath(g_filePath);
-  state.lineNumbers = g_lineNumbers;
-  state.wordWrap = g_wordWrap;
-  state.themeIndex = g_themeIndex;
-  state.transparencyPercent = g_settings.transparencyPercent;
-  for (const auto& slot : g_settings.recentFiles) {
-    if (!slot[0]) break;  // no gaps: the first empty slot ends the list
-    state.recentFiles.emplace_back(slot);
-    state.recentExists.push_back(GetFileAttributesW(slot) != INVALID_FILE_ATTRIBUTES);
-  }
-  HMENU menu = BuildPopupMenu(BuildEditorMenu(state), false);
-  Track(menu, window, screenPoint, TPM_RIGHTBUTTON | TPM_VERTICAL, nullptr);
+  UINT chosen = 0;
+  Track(BuildPopupMenu(entries, editMenu), owner, screenPoint, flags, &chosen);
+  return chosen;
 }
 
 bool MeasureMenuItem(HWND window, MEASUREITEMSTRUCT* item) {
@@ -206,7 +186,6 @@ bool DrawMenuItem(const DRAWITEMSTRUCT* item) {
 }
 
 void ShowEditContextMenu(HWND edit, HWND owner, POINT screenPoint) {
-  FreeMenuItems();
   DWORD start = 0, end = 0;
   SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
   const bool readOnly = (GetWindowLongPtrW(edit, GWL_STYLE) & ES_READONLY) != 0;
@@ -228,8 +207,7 @@ void ShowEditContextMenu(HWND edit, HWND owner, POINT screenPoint) {
       item(L"Paste", L"Ctrl+V", 4, rules.paste),        item(L"Delete", L"", 5, rules.clear),
       separator,                                        item(L"Select All", L"Ctrl+A", 6, rules.selectAll),
   };
-  UINT chosen = 0;
-  Track(BuildPopupMenu(entries, true), owner, screenPoint, TPM_RETURNCMD | TPM_RIGHTBUTTON, &chosen);
+  UINT chosen = ShowPopupMenu(entries, true, owner, screenPoint, TPM_RETURNCMD | TPM_RIGHTBUTTON);
   switch (chosen) {
     case 1: SendMessageW(edit, WM_UNDO, 0, 0); break;
     case 2: SendMessageW(edit, WM_CUT, 0, 0); break;

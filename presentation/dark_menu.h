@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/menu_model.h"
+#include "presentation/menu_entry.h"
 
 // One owner-drawn item; kept until the next menu is built, since the items
 // must outlive the popup.
@@ -28,8 +28,12 @@ void FreeMenuItems();
 // How many items are alive, for tests.
 size_t LiveMenuItemCount();
 
-// The editor's context menu at a screen point; (-1, -1) takes the cursor.
-void ShowEditorContextMenu(HWND window, POINT screenPoint);
+// Frees the last menu's items, builds a popup of entries and tracks it at a
+// screen point ((-1, -1) takes the cursor); destroyed again on return. The
+// result is that of TrackPopupMenuEx with flags.
+UINT ShowPopupMenu(const std::vector<MenuEntry>& entries, bool editMenu, HWND owner, POINT screenPoint, UINT flags);
+// Whether the clipboard holds text that a Paste would insert.
+bool ClipboardHasText();
 // WM_MEASUREITEM and WM_DRAWITEM of the menus; false when not ours.
 bool MeasureMenuItem(HWND window, MEASUREITEMSTRUCT* item);
 bool DrawMenuItem(const DRAWITEMSTRUCT* item);

@@ -6,7 +6,7 @@
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
 #include "settings/settings.h"
-#include "shell/shell.h"
+#include "base/app_state.h"
 
 namespace {
 

@@ -246,7 +246,7 @@ int RunMessageBox(HWND owner, int kind, const wchar_t* title, const wchar_t* tex
 
 }  // namespace
 
-int ShowMessageBox(HWND owner, int kind, const wchar_t* title, const wchar_t* text) {
+int ShowMessageBox(HWND owner, MessageBoxKind kind, const wchar_t* title, const wchar_t* text) {
   return RunMessageBox(owner, kind, title, text, nullptr);
 }
 

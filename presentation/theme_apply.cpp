@@ -10,7 +10,8 @@
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
 #include "settings/settings.h"
-#include "shell/shell.h"
+#include "base/app_state.h"
+#include "base/text_convert.h"
 
 namespace {
 
@@ -19,13 +20,6 @@ constexpr DWORD kDarkModeAttributeEarly = 19;  // the same attribute on early Wi
 constexpr int kElementSelectionInactiveText = 16;
 constexpr int kElementSelectionInactiveBack = 17;
 constexpr UINT kRedrawFrame = SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED;
-
-std::string Utf8(const wchar_t* text) {
-  int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-  std::string out(size > 0 ? size - 1 : 0, '\0');
-  if (size > 1) WideCharToMultiByte(CP_UTF8, 0, text, -1, out.data(), size, nullptr, nullptr);
-  return out;
-}
 
 // Fold margin, caret and both selections, as the editor and its set-up share them.
 void ApplyCaretAndSelection(const ThemeColors& row) {
@@ -59,7 +53,7 @@ void SetupEditor() {
   const ThemeColors& row = CurrentTheme();
   SendEditor(SCI_SETCODEPAGE, SC_CP_UTF8);
   SendEditor(SCI_SETEOLMODE, SC_EOL_CRLF);
-  SendEditor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(Utf8(g_fontName).c_str()));
+  SendEditor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(WideToUtf8(g_fontName).c_str()));
   SendEditor(SCI_STYLESETSIZE, STYLE_DEFAULT, g_fontSize);
   SendEditor(SCI_STYLESETBOLD, STYLE_DEFAULT, g_settings.fontBold ? 1 : 0);
   SendEditor(SCI_STYLESETITALIC, STYLE_DEFAULT, g_settings.fontItalic ? 1 : 0);
@@ -90,7 +84,7 @@ void ApplyEditorTheme() {
   const ThemeColors& row = CurrentTheme();
   SetDarkTitleAttribute(g_hwndMain, (row.isDark & 0xFF) != 0);
   if (!g_hwndEditor) return;
-  SendEditor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(Utf8(g_fontName).c_str()));
+  SendEditor(SCI_STYLESETFONT, STYLE_DEFAULT, reinterpret_cast<LPARAM>(WideToUtf8(g_fontName).c_str()));
   SendEditor(SCI_STYLESETSIZE, STYLE_DEFAULT, g_fontSize);
   SendEditor(SCI_STYLESETBACK, STYLE_DEFAULT, row.editorBackground);
   SendEditor(SCI_STYLESETFORE, STYLE_DEFAULT, row.editorText);

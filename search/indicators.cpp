@@ -2,7 +2,7 @@
 
 #include "Scintilla.h"
 #include "search/search.h"
-#include "shell/shell.h"
+#include "base/app_state.h"
 
 void ClearSearchIndicators() {
   if (!g_hwndEditor) return;

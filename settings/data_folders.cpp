@@ -5,7 +5,7 @@
 
 #include <shlobj.h>
 
-#include "shell/shell.h"
+#include "base/app_state.h"
 
 std::wstring GetAppDataFolder() {
   wchar_t appData[MAX_PATH] = {};
@@ -34,7 +34,7 @@ std::wstring GetAppSubfolder(const wchar_t* name) {
 std::wstring GetSettingsFilePath() {
   const std::wstring app = GetAppDataFolder();
   if (app.empty()) return L"tavro.cfg";
-  if (g_profileName.empty() || g_profileName == L"default") return app + L"\\tavro.cfg";
+  if (IsDefaultProfileName(g_profileName)) return app + L"\\tavro.cfg";
   const std::wstring profiles = app + L"\\profiles";
   CreateDirectoryW(profiles.c_str(), nullptr);
   return profiles + L"\\tavro_" + g_profileName + L".cfg";

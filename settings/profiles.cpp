@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "settings/data_folders.h"
-#include "shell/shell.h"
+#include "base/app_state.h"
 
 std::wstring ProfileNameOfFile(const std::wstring& fileName) {
   std::wstring name = fileName.size() > 6 ? fileName.substr(6) : std::wstring();
@@ -13,10 +13,10 @@ std::wstring ProfileNameOfFile(const std::wstring& fileName) {
 }
 
 std::vector<ProfileInfo> ListProfilesIn(const std::wstring& appFolder, const std::wstring& presentProfile) {
-  const bool defaultActive = presentProfile.empty() || presentProfile == L"default";
+  const bool defaultActive = IsDefaultProfileName(presentProfile);
   std::vector<ProfileInfo> profiles;
   // Without an application folder the settings file is the relative one.
-  profiles.push_back({L"default", appFolder.empty() ? std::wstring(L"tavro.cfg") : appFolder + L"\\tavro.cfg",
+  profiles.push_back({kDefaultProfileName, appFolder.empty() ? std::wstring(L"tavro.cfg") : appFolder + L"\\tavro.cfg",
                       defaultActive});
   if (appFolder.empty()) return profiles;
   const std::wstring folder = appFolder + L"\\profiles";

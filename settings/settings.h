@@ -232,6 +232,6 @@ bool SaveSettingsToPath(const std::wstring& path);
 // range check of a load (aiPanelPercent outside 20..50 becomes 50).
 void TakeLiveSettings();
 
-// WM_DESTROY of the main window: live values, window placement, last file and
-// panel width into g_settings, then SaveSettings.
-void CollectSettings();
+// Copies text into a fixed string field, cut to leave room for the
+// terminator. The units after the terminator are left as they are.
+void CopySettingsText(wchar_t* field, size_t capacity, const std::wstring& text);

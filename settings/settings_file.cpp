@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "document/document.h"
+#include "base/app_state.h"
+#include "base/file_attributes.h"
 #include "settings/data_folders.h"
 #include "settings/settings.h"
-#include "shell/shell.h"
 
 namespace {
 
@@ -38,15 +38,9 @@ std::wstring FieldText(const wchar_t* field, size_t capacity) {
   return std::wstring(field, wcsnlen(field, capacity));
 }
 
-// Copies text into a fixed array, cut to leave room for the terminator. The
-// units after the terminator are left as they are.
-void CopyText(wchar_t* field, size_t capacity, const wchar_t* text, size_t length) {
-  if (length > capacity - 1) length = capacity - 1;
-  memcpy(field, text, length * sizeof(wchar_t));
-  field[length] = L'\0';
+void CopyText(wchar_t* field, size_t capacity, const wchar_t* text) {
+  CopySettingsText(field, capacity, std::wstring(text));
 }
-
-void CopyText(wchar_t* field, size_t capacity, const wchar_t* text) { CopyText(field, capacity, text, wcslen(text)); }
 
 SettingsLoadResult ReadSettingsFile(const std::wstring& path, AppSettings& record) {
   HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
@@ -66,13 +60,6 @@ SettingsLoadResult ReadSettingsFile(const std::wstring& path, AppSettings& recor
   }
   CloseHandle(file);
   return result;
-}
-
-// Sets the read-only attribute on whatever attributes the file has now.
-void MarkReadOnly(const wchar_t* path) {
-  DWORD attributes = GetFileAttributesW(path);
-  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY)) return;
-  SetFileAttributesW(path, (attributes & ~FILE_ATTRIBUTE_NORMAL) | FILE_ATTRIBUTE_READONLY);
 }
 
 // Waits for the settings mutex; true when this thread now owns it.
@@ -211,7 +198,7 @@ bool WriteSettingsFile(const std::wstring& path, const AppSettings& record) {
   HANDLE file = CreateFileW(name, GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
                             keep ? keep : FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
-    if (existed) MarkReadOnly(name);
+    if (existed) SetReadOnlyAttribute(path);
     return false;
   }
 
@@ -225,7 +212,7 @@ bool WriteSettingsFile(const std::wstring& path, const AppSettings& record) {
   if (ok) ok = WriteFile(file, &record, kSettingsPayloadSize, &written, nullptr) && written == kSettingsPayloadSize;
   CloseHandle(file);  // a failed close doesn't change the result
 
-  MarkReadOnly(name);  // the file stands read-only between saves
+  SetReadOnlyAttribute(path);  // the file stands read-only between saves
   return ok;
 }
 
@@ -261,40 +248,9 @@ void TakeLiveSettings() {
   g_aiPanelPercent = g_settings.aiPanelPercent;
 }
 
-void CollectSettings() {
-  LogTwo(L"[WM_DESTROY] Saving settings for profile: %ls, filePath: %ls\n", g_profileName, g_filePath);
-
-  g_settings.themeIndex = g_themeIndex;
-  g_settings.wordWrap = g_wordWrap ? 1 : 0;
-  g_settings.lineNumbers = g_lineNumbers ? 1 : 0;
-  g_settings.fontSize = g_fontSize;
-  memcpy(g_settings.fontName, g_fontName, sizeof(g_fontName));
-
-  if (g_hwndMain && IsWindow(g_hwndMain)) {
-    WINDOWPLACEMENT placement = {};
-    placement.length = sizeof(placement);
-    if (GetWindowPlacement(g_hwndMain, &placement)) {
-      // A maximised window keeps its restored size.
-      const RECT& normal = placement.rcNormalPosition;
-      g_settings.windowMaximized = placement.showCmd == SW_SHOWMAXIMIZED ? 1 : 0;
-      g_settings.windowX = normal.left;
-      g_settings.windowY = normal.top;
-      g_settings.windowWidth = normal.right - normal.left;
-      g_settings.windowHeight = normal.bottom - normal.top;
-    }
-  }
-
-  LogTwo(L"[CollectSettings] Profile: %ls, g_filePath: %ls\n", g_profileName, g_filePath);
-  if (!g_filePath.empty()) {
-    CopyText(g_settings.lastFilePath, 260, g_filePath.c_str(), g_filePath.size());
-    Log(L"[CollectSettings] Saved lastFilePath\n");
-  } else {
-    g_settings.lastFilePath[0] = L'\0';
-    Log(L"[CollectSettings] Cleared lastFilePath\n");
-  }
-
-  if (g_hwndAiPanel && IsWindow(g_hwndAiPanel)) g_settings.aiPanelPercent = g_aiPanelPercent;
-
-  SaveSettings(g_settings);
-  Log(L"[WM_DESTROY] Settings saved\n");
+void CopySettingsText(wchar_t* field, size_t capacity, const std::wstring& text) {
+  size_t length = text.size();
+  if (length > capacity - 1) length = capacity - 1;
+  memcpy(field, text.data(), length * sizeof(wchar_t));
+  field[length] = L'\0';
 }

@@ -11,18 +11,11 @@
 #include "presentation/themes.h"
 #include "search/search.h"
 #include "settings/settings.h"
+#include "shell/open_document.h"
 #include "shell/pending_entries.h"
 #include "shell/shell.h"
 
 namespace {
-
-void AfterOpen(const std::wstring& path) {
-  g_filePath = path;
-  g_modified = false;
-  UpdateTitle();
-  UpdateStatusBar();
-  AddRecentFile(path);
-}
 
 // The file types of the Open dialog, in order; the first is chosen.
 const COMDLG_FILTERSPEC kOpenFileTypes[] = {
@@ -38,7 +31,7 @@ void OpenDocument(HWND window) {
   if (!ConfirmDiscardOrSave(window)) return;
   IFileOpenDialog* dialog = nullptr;
   if (FAILED(CoCreateInstance(CLSID_FileOpenDialog, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&dialog)))) {
-    ShowMessageBox(window, kBoxOk, L"Tavro \u00e2\u20ac\u201d Error", L"Failed to create file dialog.");
+    ShowMessageBox(window, kBoxOk, kGarbledErrorTitle, L"Failed to create file dialog.");
     return;
   }
   FILEOPENDIALOGOPTIONS options = 0;
@@ -60,7 +53,7 @@ void OpenDocument(HWND window) {
     }
   }
   dialog->Release();
-  if (!path.empty() && FileLoad(window, path.c_str())) AfterOpen(path);
+  if (!path.empty()) OpenDocumentPath(window, path, OpenSource::kOpenDialog);
 }
 
 void SetTransparency(HWND window, unsigned percent) {
@@ -103,10 +96,7 @@ void PreviewMarkdown(HWND window) {
 
 void NewDocument(HWND window) {
   if (!ConfirmDiscardOrSave(window)) return;
-  if (g_fileHandle != INVALID_HANDLE_VALUE) {
-    CloseHandle(g_fileHandle);
-    g_fileHandle = INVALID_HANDLE_VALUE;
-  }
+  CloseDocumentHandle();
   SendEditor(SCI_SETREADONLY, 0);
   SendEditor(SCI_CLEARALL);
   SendEditor(SCI_EMPTYUNDOBUFFER);

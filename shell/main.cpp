@@ -9,9 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "ai/chat/ai_state.h"
+#include "ai/client/ai_state.h"
 #include "ai/chat/chat_store.h"
+#include "base/heap_text.h"
 #include "presentation/message_box.h"
+#include "resources/resource_ids.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
 #include "settings/settings.h"
@@ -21,7 +23,6 @@
 
 namespace {
 
-constexpr int kAcceleratorTable = 103;
 constexpr int kUseDefault = static_cast<int>(0x80000000);
 constexpr int kViewerWidth = 660;
 constexpr int kViewerHeight = 820;
@@ -75,11 +76,33 @@ void RaiseRunningInstance(const std::wstring& label) {
   SetForegroundWindow(search.found);
 }
 
-void FreeModules() {
-  if (g_lexillaModule) FreeLibrary(g_lexillaModule);
-  if (g_scintillaModule) FreeLibrary(g_scintillaModule);
-  g_lexillaModule = g_scintillaModule = nullptr;
+// What the start-up made before the message loop, released on every way
+// out: by a failed start silently, by the normal end with its log lines.
+struct StartupLife {
+  bool historyLockMade = false;
+};
+
+StartupLife g_startup;
+
+void ReleaseStartup(bool logged) {
+  if (g_lexillaModule) {
+    FreeLibrary(g_lexillaModule);
+    g_lexillaModule = nullptr;
+    if (logged) Log(L"Tavro: lexilla.dll unloaded\n");
+  }
+  if (g_scintillaModule) {
+    FreeLibrary(g_scintillaModule);
+    g_scintillaModule = nullptr;
+    if (logged) Log(L"Tavro: Scintilla.dll unloaded\n");
+  }
+  if (g_startup.historyLockMade) {
+    DeleteCriticalSection(&g_aiHistoryLock);
+    g_startup.historyLockMade = false;
+  }
+  if (logged) Log(L"Tavro: Critical sections deleted\n");
 }
+
+void FreeModules() { ReleaseStartup(false); }
 
 // In a Viewer only Esc, Ctrl+A and Ctrl+C get through; typing and navigation don't.
 bool ViewerDropsMessage(const MSG& msg) {
@@ -105,7 +128,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
   g_profileName = startup.profileName;
 
   if (!startup.viewer) {
-    std::wstring mutexName = L"Local\\Tavro_Instance_" + ProfileLabel(g_profileName);
+    std::wstring mutexName = kInstanceMutexPrefix + ProfileLabel(g_profileName);
     HANDLE instanceMutex = CreateMutexW(nullptr, TRUE, mutexName.c_str());
     if (instanceMutex && GetLastError() == ERROR_ALREADY_EXISTS) {
       // Another process runs this profile: raise it; a file argument is dropped.
@@ -170,6 +193,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
 
   Log(L"Tavro: Initializing critical section\n");
   InitializeCriticalSection(&g_aiHistoryLock);
+  g_startup.historyLockMade = true;
 
   Log(L"Tavro: Registering Scintilla window class\n");
   using RegisterClassesFn = int(__stdcall*)(void*);
@@ -178,7 +202,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
   if (registerClasses) registerClasses(instance);
 
   Log(L"Tavro: Loading accelerators\n");
-  HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(kAcceleratorTable));
+  HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(IDR_ACCELERATORS));
 
   Log(L"Tavro: Registering main window class\n");
   RegisterMarginClass(instance);
@@ -250,7 +274,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
   if (args.size() >= 2) Logf(L"Tavro: First argument: %ls\n", args[1].c_str());
   if (startup.hasFileToOpen) {
     if (startup.viewer) Log(L"Tavro: Viewer mode - loading file from command line\n");
-    PostOpenFile(window, startup.fileToOpen.c_str());
+    PostHeapText(window, WM_USER_OPEN_FILE, startup.fileToOpen);
   }
   // The last file is sent, so it loads before the posted command-line file,
   // which then replaces it with no prompt in between.
@@ -258,7 +282,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
     std::wstring line = L"[wWinMain] Loading last file for profile: " + g_profileName + L"\n";
     Log(line.c_str());
     if (GetFileAttributesW(g_settings.lastFilePath) != INVALID_FILE_ATTRIBUTES) {
-      SendOpenFile(window, g_settings.lastFilePath);
+      SendHeapText(window, WM_USER_OPEN_FILE, g_settings.lastFilePath);
     } else {
       g_settings.lastFilePath[0] = L'\0';
       SaveSettings(g_settings);
@@ -280,18 +304,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
 
   Log(L"Tavro: Cleaning up resources\n");
   Log(L"Tavro: Shutting down AI Typing Animator...\n");
-  if (g_lexillaModule) {
-    FreeLibrary(g_lexillaModule);
-    g_lexillaModule = nullptr;
-    Log(L"Tavro: lexilla.dll unloaded\n");
-  }
-  if (g_scintillaModule) {
-    FreeLibrary(g_scintillaModule);
-    g_scintillaModule = nullptr;
-    Log(L"Tavro: Scintilla.dll unloaded\n");
-  }
-  DeleteCriticalSection(&g_aiHistoryLock);
-  Log(L"Tavro: Critical sections deleted\n");
+  ReleaseStartup(true);
   int exitCode = static_cast<int>(msg.wParam);
   Logf(L"Tavro: Exiting with code %d\n", exitCode);
   if (SUCCEEDED(com)) {

@@ -12,10 +12,11 @@
 #include <string>
 
 #include "Scintilla.h"
-#include "ai/chat/ai_state.h"
+#include "ai/client/ai_state.h"
 #include "ai/chat/chat_store.h"
 #include "ai/client/system_context.h"
 #include "ai/client/transport.h"
+#include "base/heap_text.h"
 #include "document/document.h"
 #include "document/save_prompt.h"
 #include "export/export_note.h"
@@ -23,22 +24,33 @@
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
+#include "resources/resource_ids.h"
 #include "search/search.h"
 #include "settings/settings.h"
 #include "shell/commands.h"
+#include "shell/editor_menu.h"
 #include "shell/layout.h"
+#include "shell/open_document.h"
 #include "shell/pending_entries.h"
 #include "shell/shell.h"
 #include "shell/typewriter.h"
 
 namespace {
 
-constexpr wchar_t kViewerTitlePrefix[] = L"Tavro Viewer - ";
 constexpr int kEditorId = 1;
 constexpr UINT_PTR kEditorSubclassId = 1;
-constexpr UINT_PTR kSystemInfoTimer = 5003;
 constexpr UINT kSystemInfoPeriodMs = 60000;
 
+// What WM_CREATE made, so that WM_DESTROY releases that and nothing else:
+// after a failed create the window is destroyed before it ever ran.
+struct MainWindowLife {
+  bool profileMarked = false;  // the two profile properties and the atom
+  bool listening = false;      // the document's listeners point here
+  bool sessionOpened = false;  // the AI session and its lock
+  bool created = false;        // WM_CREATE ran to its end
+};
+
+MainWindowLife g_life;
 // The profile string whose address the window property carries.
 std::wstring g_profileLabel;
 // The minimum track width asked for at the last layout.
@@ -47,16 +59,6 @@ int g_minimumWidth = 0;
 void MoveTo(HWND window, const Box& box) {
   if (window) MoveWindow(window, box.x, box.y, box.width, box.height, TRUE);
 }
-
-// The receiver of WM_USER_OPEN_FILE frees the copy with HeapFree.
-wchar_t* HeapCopy(const wchar_t* text) {
-  size_t bytes = (wcslen(text) + 1) * sizeof(wchar_t);
-  auto* copy = static_cast<wchar_t*>(HeapAlloc(GetProcessHeap(), 0, bytes));
-  if (copy) memcpy(copy, text, bytes);
-  return copy;
-}
-
-bool IsDefaultProfile() { return g_profileName.empty() || g_profileName == L"default"; }
 
 void LayOut(HWND window) {
   if (!g_hwndEditor) return;
@@ -115,37 +117,13 @@ void GrowToMinimum(HWND window) {
   PostMessageW(window, WM_SIZE, SIZE_RESTORED, MAKELPARAM(newWidth, newHeight));
 }
 
-void AfterLoad() {
-  g_modified = false;
-  UpdateTitle();
-  UpdateStatusBar();
-  AddRecentFile(g_filePath);
-}
-
 void OnOpenFile(HWND window, wchar_t* path) {
   OutputDebugStringW(L"[WM_USER_OPEN_FILE] Received\n");
   if (!path) return;
   std::wstring line = L"[WM_USER_OPEN_FILE] Path: " + std::wstring(path) + L"\n";
   OutputDebugStringW(line.c_str());
-  if (!FileLoad(window, path)) {
-    OutputDebugStringW(L"[WM_USER_OPEN_FILE] FileLoad FAILED\n");
-    HeapFree(GetProcessHeap(), 0, path);
-    return;
-  }
-  OutputDebugStringW(L"[WM_USER_OPEN_FILE] FileLoad SUCCESS\n");
-  g_filePath = path;
-  g_modified = false;
-  if (g_viewerMode) {
-    // The title names the file of the command line, or the path when there is none.
-    int argc = 0;
-    LPWSTR* argv = CommandLineToArgvW(GetCommandLineW(), &argc);
-    std::wstring shown = argv && argc >= 3 ? argv[2] : path;
-    if (argv) LocalFree(argv);
-    SetWindowTextW(window, (kViewerTitlePrefix + DocumentName(shown)).c_str());
-  } else {
-    AfterLoad();
-  }
-  HeapFree(GetProcessHeap(), 0, path);
+  OpenDocumentPath(window, path, OpenSource::kOpenMessage);
+  FreeHeapText(path);
 }
 
 void OnDropFiles(HWND window, HDROP drop) {
@@ -153,14 +131,8 @@ void OnDropFiles(HWND window, HDROP drop) {
   // Only the first dropped file counts.
   DragQueryFileW(drop, 0, path, MAX_PATH);
   if (DropOpensFile(path, g_filePath) && ConfirmDiscardOrSave(window)) {
-    if (g_fileHandle != INVALID_HANDLE_VALUE) {
-      CloseHandle(g_fileHandle);
-      g_fileHandle = INVALID_HANDLE_VALUE;
-    }
-    if (FileLoad(window, path)) {
-      g_filePath = path;
-      AfterLoad();
-    }
+    CloseDocumentHandle();
+    OpenDocumentPath(window, path, OpenSource::kDrop);
   }
   DragFinish(drop);
 }
@@ -243,17 +215,45 @@ bool CreateEditor(HWND window) {
   return g_hwndEditor != nullptr;
 }
 
+void MarkProfile(HWND window) {
+  if (g_profileLabel.empty()) g_profileLabel = ProfileLabel(g_profileName);
+  SetPropW(window, kProfileProperty, const_cast<wchar_t*>(g_profileLabel.c_str()));
+  SetPropW(window, kProfileAtomProperty,
+           reinterpret_cast<HANDLE>(static_cast<UINT_PTR>(GlobalAddAtomW(g_profileLabel.c_str()))));
+}
+
+void UnmarkProfile(HWND window) {
+  RemovePropW(window, kProfileProperty);
+  ATOM atom = static_cast<ATOM>(reinterpret_cast<UINT_PTR>(RemovePropW(window, kProfileAtomProperty)));
+  if (atom) GlobalDeleteAtom(atom);
+}
+
+// A failed create releases what it made itself, at once: whether the window
+// then gets a WM_DESTROY differs between systems.
+void ReleaseFailedCreate(HWND window) {
+  const MainWindowLife life = g_life;
+  g_life = MainWindowLife();
+  if (life.sessionOpened) CloseAiSession();
+  if (life.listening) SetDocumentListeners(DocumentListeners());
+  if (life.profileMarked) UnmarkProfile(window);
+  g_hwndMain = nullptr;
+  OutputDebugStringW(L"[WM_CREATE] Failed; released what it made\n");
+}
+
 LRESULT OnCreate(HWND window) {
+  g_life = MainWindowLife();
   g_hwndMain = window;
-  if (g_profileLabel.empty()) {
-    g_profileLabel = ProfileLabel(g_profileName);
-    SetPropW(window, kProfileProperty, const_cast<wchar_t*>(g_profileLabel.c_str()));
-    SetPropW(window, kProfileAtomProperty,
-             reinterpret_cast<HANDLE>(static_cast<UINT_PTR>(GlobalAddAtomW(g_profileLabel.c_str()))));
-  }
+  MarkProfile(window);
+  g_life.profileMarked = true;
+  DocumentListeners listeners;
+  listeners.textReplaced = RefreshMarginWidth;
+  listeners.saved = UpdateTitle;
+  SetDocumentListeners(listeners);
+  g_life.listening = true;
   if (!CreateEditor(window)) {
-    ShowMessageBox(nullptr, kBoxOk, L"Tavro \u00e2\u20ac\u201d Fatal Error",
+    ShowMessageBox(nullptr, kBoxOk, kGarbledFatalErrorTitle,
                    L"CRITICAL: Cannot create Scintilla control.\nMake sure Scintilla.dll is next to Tavro.exe.");
+    ReleaseFailedCreate(window);
     return -1;
   }
   if (!g_viewerMode) CreateStatusBar(window);
@@ -268,6 +268,7 @@ LRESULT OnCreate(HWND window) {
     SyncSystemTheme(window);
   }
   OpenAiSession();
+  g_life.sessionOpened = true;
   // The panel and its chat come with AI Mod; the refresh starts the
   // system-information file and its timer.
   if (g_settings.editorMode == 1) PostMessageW(window, WM_AI_STATUS_REFRESH, 0, 0);
@@ -276,6 +277,7 @@ LRESULT OnCreate(HWND window) {
     DragAcceptFiles(window, TRUE);
     UpdateTitle();
   }
+  g_life.created = true;
   return 0;
 }
 
@@ -287,43 +289,30 @@ void OnAiStatusRefresh(HWND window) {
   SetTimer(window, kSystemInfoTimer, kSystemInfoPeriodMs, nullptr);
 }
 
+// Releases what OnCreate made, each thing once. A window whose creation
+// failed has released its part already, and it posts no quit message: that
+// would close the start-up's fatal message at once.
 void OnDestroy(HWND window) {
   OutputDebugStringW(L"[WM_DESTROY] Starting...\n");
+  const bool created = g_life.created;
+  g_life = MainWindowLife();
+  if (!created) return;
   OutputDebugStringW(L"[Tavro] WM_DESTROY: Signalling connection check shutdown...\n");
-  RemovePropW(window, kProfileProperty);
-  ATOM atom = static_cast<ATOM>(reinterpret_cast<UINT_PTR>(RemovePropW(window, kProfileAtomProperty)));
-  if (atom) GlobalDeleteAtom(atom);
+  UnmarkProfile(window);
   KillTimer(window, kSystemInfoTimer);
-  DeleteCriticalSection(&g_aiSessionLock);
-  DeleteCriticalSection(&g_aiHistoryLock);
-  if (g_fileHandle != INVALID_HANDLE_VALUE) {
-    CloseHandle(g_fileHandle);
-    g_fileHandle = INVALID_HANDLE_VALUE;
-  }
+  CloseAiSession();
+  CloseDocumentHandle();
   OutputDebugStringW(L"[Tavro] WM_DESTROY: Saving current chat...\n");
   // A Viewer holds a stale copy of the default profile's chats: it never writes them back.
   if (!g_viewerMode && g_settings.editorMode == 1 && SaveCurrentChat(GetChatHistory())) {
     OutputDebugStringW(L"[Tavro] Current chat saved.\n");
   }
   if (!g_viewerMode) CollectSettings();
+  SetDocumentListeners(DocumentListeners());
   PostQuitMessage(0);
 }
 
 }  // namespace
-
-void PostOpenFile(HWND window, const wchar_t* path) {
-  wchar_t* copy = HeapCopy(path);
-  if (copy && !PostMessageW(window, WM_USER_OPEN_FILE, 0, reinterpret_cast<LPARAM>(copy)))
-    HeapFree(GetProcessHeap(), 0, copy);
-}
-
-void SendOpenFile(HWND window, const wchar_t* path) {
-  if (wchar_t* copy = HeapCopy(path)) SendMessageW(window, WM_USER_OPEN_FILE, 0, reinterpret_cast<LPARAM>(copy));
-}
-
-std::wstring ProfileLabel(const std::wstring& profileName) {
-  return profileName.empty() ? std::wstring(L"default") : profileName;
-}
 
 bool RegisterMainWindowClass(HINSTANCE instance) {
   WNDCLASSEXW wc = {};
@@ -334,8 +323,8 @@ bool RegisterMainWindowClass(HINSTANCE instance) {
   wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
   wc.lpszClassName = kMainWindowClass;
-  wc.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(101));
-  wc.hIconSm = static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(101), IMAGE_ICON, 16, 16, 0));
+  wc.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(IDI_TAVRO));
+  wc.hIconSm = static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(IDI_TAVRO), IMAGE_ICON, 16, 16, 0));
   if (!wc.hIcon) wc.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
   if (!wc.hIconSm) wc.hIconSm = LoadIconW(nullptr, IDI_APPLICATION);
   return RegisterClassExW(&wc) != 0;
@@ -444,15 +433,12 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_CLOSE:
       // Cancel, or a failed save after Yes, keeps the window open.
       if (!g_viewerMode && !ConfirmDiscardOrSave(window)) return 0;
-      if (!g_viewerMode && IsDefaultProfile()) {
+      if (!g_viewerMode && IsDefaultProfileName(g_profileName)) {
         // Closing the default instance closes every other profile's, each with its own prompt.
         EnumWindows(CloseOtherInstance, reinterpret_cast<LPARAM>(window));
         Sleep(100);
       }
-      if (g_fileHandle != INVALID_HANDLE_VALUE) {
-        CloseHandle(g_fileHandle);
-        g_fileHandle = INVALID_HANDLE_VALUE;
-      }
+      CloseDocumentHandle();
       DestroyWindow(window);
       return 0;
     case WM_DESTROY:

@@ -5,15 +5,7 @@
 #include <string>
 #include <vector>
 
-struct MenuEntry {
-  std::wstring label;     // empty for a separator
-  std::wstring shortcut;  // drawn right-aligned; may be empty
-  int id = 0;             // command id; 0 for separators and submenus
-  bool isSeparator = false;
-  bool isDisabled = false;
-  bool isChecked = false;
-  std::vector<MenuEntry> children;  // non-empty: a submenu
-};
+#include "presentation/menu_entry.h"
 
 // What the menu's rules look at when it opens.
 struct EditorMenuState {

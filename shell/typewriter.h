@@ -3,9 +3,11 @@
 // returned wave resource.
 #pragma once
 
+#include "resources/resource_ids.h"
+
 // Wave resources built into Tavro.exe.
-constexpr int kTypewriterKeyClip = 333;     // a key strike
-constexpr int kTypewriterReturnClip = 334;  // the carriage return
+constexpr int kTypewriterKeyClip = IDW_TYPEWRITER_KEY;
+constexpr int kTypewriterReturnClip = IDW_TYPEWRITER_RETURN;
 
 // Resource number of the clip for character `ch`, or 0 for silence.
 // Nothing sounds while soundOnKey is off, Enter included: soundOnEnter only

@@ -1,6 +1,6 @@
 #include "ai/chat/chat_json.h"
 
-#include "ai/client/chat_request.h"
+#include "base/text_convert.h"
 
 namespace {
 

@@ -8,7 +8,8 @@
 
 #include "settings/data_folders.h"
 #include "settings/settings.h"
-#include "shell/shell.h"
+#include "base/app_state.h"
+#include "base/file_attributes.h"
 
 namespace {
 
@@ -32,29 +33,17 @@ std::wstring ChatPath(ChatHistoryManager& store, const std::wstring& id) {
 
 bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
-void ClearReadOnly(const std::wstring& path) {
-  DWORD attributes = GetFileAttributesW(path.c_str());
-  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) {
-    SetFileAttributesW(path.c_str(), attributes & ~FILE_ATTRIBUTE_READONLY);
-  }
-}
-
-void SetReadOnly(const std::wstring& path) {
-  DWORD attributes = GetFileAttributesW(path.c_str());
-  if (attributes != INVALID_FILE_ATTRIBUTES) SetFileAttributesW(path.c_str(), attributes | FILE_ATTRIBUTE_READONLY);
-}
-
 // Written in place through a text-mode stream, so each LF lands as CRLF;
 // read-only again afterwards, also when the open failed.
 bool WriteTextFile(const std::wstring& path, const std::string& text) {
-  ClearReadOnly(path);
+  ClearReadOnlyAttribute(path);
   FILE* file = _wfopen(path.c_str(), L"w");
   if (file) {
     fwrite(text.data(), 1, text.size(), file);
     fflush(file);
     fclose(file);
   }
-  SetReadOnly(path);
+  SetReadOnlyAttribute(path);
   return file != nullptr;
 }
 
@@ -71,7 +60,7 @@ bool ReadTextFile(const std::wstring& path, std::string& text) {
 }
 
 void DeleteStoreFile(const std::wstring& path) {
-  ClearReadOnly(path);
+  ClearReadOnlyAttribute(path);
   DeleteFileW(path.c_str());
 }
 
@@ -99,15 +88,15 @@ void MigrateLegacyNames(const std::wstring& folder) {
     std::wstring oldPath = folder + L"\\" + found.cFileName;
     std::wstring newPath = folder + L"\\" + newName;
     if (!Exists(newPath)) {
-      ClearReadOnly(oldPath);
+      ClearReadOnlyAttribute(oldPath);
       MoveFileW(oldPath.c_str(), newPath.c_str());
       continue;
     }
     uint64_t oldSize = 0;
     uint64_t newSize = 0;
     if (!OpenedSize(oldPath, oldSize) || !OpenedSize(newPath, newSize)) continue;
-    ClearReadOnly(oldPath);
-    ClearReadOnly(newPath);
+    ClearReadOnlyAttribute(oldPath);
+    ClearReadOnlyAttribute(newPath);
     if (LegacyChatLosesToNew(oldSize, newSize)) {
       DeleteFileW(oldPath.c_str());
     } else {
@@ -129,7 +118,7 @@ std::wstring ChatFolder(ChatHistoryManager& store) {
   if (store.folder.empty()) {
     std::wstring chats = GetAppDataFolder() + L"\\chats";
     CreateDirectoryW(chats.c_str(), nullptr);
-    store.folder = chats + L"\\" + (g_profileName.empty() ? std::wstring(L"default") : g_profileName);
+    store.folder = chats + L"\\" + ProfileLabel(g_profileName);
   }
   CreateDirectoryW(store.folder.c_str(), nullptr);
   return store.folder;

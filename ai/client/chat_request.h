@@ -28,9 +28,3 @@ std::string ExtractJsonString(const std::string& body, const std::string& key);
 // The answer of a response: "content" when "choices" is there, else
 // "message"; empty otherwise.
 std::string ExtractChatAnswer(const std::string& body);
-
-// UTF-16 to UTF-8 with code page 65001 and no flags.
-std::string WideToUtf8(const std::wstring& text);
-
-// UTF-8 to UTF-16; empty for empty input or a failed conversion.
-std::wstring Utf8ToWide(const std::string& text);

@@ -1,14 +1,38 @@
 #include "ai/client/providers.h"
 
 #include "ai/client/chat_request.h"
+#include "base/text_convert.h"
+
+namespace {
+
+// One row per provider, in the order of AiProvider.
+struct ProviderTexts {
+  const wchar_t* displayName;
+  const wchar_t* emptyAnswer;
+  const wchar_t* requestFailed;
+  const wchar_t* connectionFailed;
+  const wchar_t* unexpectedAnswer;
+};
+
+constexpr ProviderTexts kProviderTexts[] = {
+    {L"Groq", L"Empty response from Groq. Check model name.", L"Groq request failed", L"Groq connection failed",
+     L"Unexpected response from Groq API"},
+    {L"Cloudflare AI", L"Empty response from Cloudflare.", L"Cloudflare request failed",
+     L"Cloudflare connection failed", L"Unexpected response from Cloudflare API"},
+    {L"Mistral AI", L"Empty response from Mistral AI. Check model name.", L"Mistral AI request failed",
+     L"Mistral AI connection failed", L"Unexpected response from Mistral AI API"},
+};
+constexpr uint32_t kProviderCount = sizeof(kProviderTexts) / sizeof(kProviderTexts[0]);
+
+// The failure texts of a value the dispatch already refused are Mistral AI's.
+const ProviderTexts& FailureTexts(uint32_t provider) {
+  return kProviderTexts[provider < kProviderCount ? provider : kProviderMistral];
+}
+
+}  // namespace
 
 const wchar_t* ProviderDisplayName(uint32_t provider) {
-  switch (provider) {
-    case kProviderGroq: return L"Groq";
-    case kProviderCloudflare: return L"Cloudflare AI";
-    case kProviderMistral: return L"Mistral AI";
-    default: return L"Unknown";
-  }
+  return provider < kProviderCount ? kProviderTexts[provider].displayName : L"Unknown";
 }
 
 ProviderEndpoint ResolveProviderEndpoint(uint32_t provider, const std::wstring& accountId,
@@ -57,37 +81,13 @@ std::wstring MistralKeyMissingText() {
   return std::wstring(L"Mistral AI API key is not set. Get a free key at ") + kMistralConsoleHost;
 }
 
-const wchar_t* EmptyAnswerText(uint32_t provider) {
-  switch (provider) {
-    case kProviderGroq: return L"Empty response from Groq. Check model name.";
-    case kProviderCloudflare: return L"Empty response from Cloudflare.";
-    default: return L"Empty response from Mistral AI. Check model name.";
-  }
-}
+const wchar_t* EmptyAnswerText(uint32_t provider) { return FailureTexts(provider).emptyAnswer; }
 
-const wchar_t* RequestFailedText(uint32_t provider) {
-  switch (provider) {
-    case kProviderGroq: return L"Groq request failed";
-    case kProviderCloudflare: return L"Cloudflare request failed";
-    default: return L"Mistral AI request failed";
-  }
-}
+const wchar_t* RequestFailedText(uint32_t provider) { return FailureTexts(provider).requestFailed; }
 
-const wchar_t* ConnectionFailedText(uint32_t provider) {
-  switch (provider) {
-    case kProviderGroq: return L"Groq connection failed";
-    case kProviderCloudflare: return L"Cloudflare connection failed";
-    default: return L"Mistral AI connection failed";
-  }
-}
+const wchar_t* ConnectionFailedText(uint32_t provider) { return FailureTexts(provider).connectionFailed; }
 
-const wchar_t* UnexpectedAnswerText(uint32_t provider) {
-  switch (provider) {
-    case kProviderGroq: return L"Unexpected response from Groq API";
-    case kProviderCloudflare: return L"Unexpected response from Cloudflare API";
-    default: return L"Unexpected response from Mistral AI API";
-  }
-}
+const wchar_t* UnexpectedAnswerText(uint32_t provider) { return FailureTexts(provider).unexpectedAnswer; }
 
 namespace {
 

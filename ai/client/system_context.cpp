@@ -4,14 +4,14 @@
 
 #include <wininet.h>
 
-#include "ai/client/chat_request.h"
+#include "base/app_state.h"
+#include "base/text_convert.h"
 #include "settings/data_folders.h"
 #include "settings/profiles.h"
 #include "settings/settings.h"
 
 namespace {
 
-constexpr wchar_t kInstanceMutexPrefix[] = L"Local\\Tavro_Instance_";
 
 // A REG_SZ value of HKEY_LOCAL_MACHINE into a buffer of the given bytes.
 // False, with value untouched, when it can't be read.

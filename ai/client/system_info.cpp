@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "ai/client/chat_request.h"
+#include "base/text_convert.h"
 #include "ai/client/providers.h"
 
 namespace {
@@ -140,7 +141,7 @@ std::wstring FormatKnowledgeText(const std::vector<std::wstring>& activeProfiles
   }
   const std::wstring dashboard = kCloudflareDashboardUrl;
   text += L"\n# TAVRO EDITOR:\n";
-  text += L"  Version: 1.1.0.0 | Win32/Scintilla/Lexilla | Author: Dravo\n";
+  text += std::wstring(L"  Version: ") + kTavroVersion + L" | Win32/Scintilla/Lexilla | Author: Dravo\n";
   text += L"  Free for personal use\n";
   text += L"\n# CLOUDFLARE WORKERS AI (May 2026):\n";
   text += L"  @cf/meta/llama-3.1-8b-instruct               | default\n";

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tavro_version.h"
+
 // A local date and time, as the clock gives it.
 struct LocalTimeFacts {
   int year = 0, month = 1, day = 1, weekday = 0;  // weekday 0 is Sunday
@@ -50,8 +52,6 @@ struct MachineFacts {
   std::wstring computerName;
   uint64_t tickCount = 0;
 };
-
-constexpr wchar_t kTavroVersion[] = L"1.1.0.0";
 
 // "CURRENT_TIME: ..." down to "TIMEZONE_UTC: ...", each line ending in LF.
 std::wstring FormatTimeText(const LocalTimeFacts& time);

@@ -1,10 +1,12 @@
 #include "ai/client/transport.h"
 
-#include "ai/chat/ai_state.h"
+#include "ai/client/ai_state.h"
 #include "ai/client/providers.h"
 #include "ai/client/system_context.h"
+#include "base/heap_text.h"
+#include "base/messages.h"
+#include "base/text_convert.h"
 #include "settings/settings.h"
-#include "shell/shell.h"
 
 namespace {
 
@@ -18,15 +20,6 @@ void CloseRequestHandle() {
 }
 
 bool Cancelled() { return g_aiCancelRequested.load() != 0; }
-
-// Posts a heap copy of text; the receiver frees it with HeapFree.
-void PostText(HWND window, UINT message, const std::wstring& text) {
-  size_t bytes = (text.size() + 1) * sizeof(wchar_t);
-  auto* copy = static_cast<wchar_t*>(HeapAlloc(GetProcessHeap(), 0, bytes));
-  if (!copy) return;
-  memcpy(copy, text.c_str(), bytes);
-  if (!PostMessageW(window, message, 0, reinterpret_cast<LPARAM>(copy))) HeapFree(GetProcessHeap(), 0, copy);
-}
 
 // The settings fields of a request, read without a lock: the record's
 // strings are fixed arrays, so a torn read gives a wrong text, no crash.
@@ -74,6 +67,8 @@ void OpenAiSession() {
   g_aiSessionReady = g_aiSession != nullptr;
   LeaveCriticalSection(&g_aiSessionLock);
 }
+
+void CloseAiSession() { DeleteCriticalSection(&g_aiSessionLock); }
 
 bool HttpsPost(HINTERNET session, const std::wstring& host, const std::wstring& path, const std::string& body,
                const std::wstring& extraHeader, std::string& response, std::wstring& error) {
@@ -163,7 +158,7 @@ void StartAiRequest(HWND window, const std::wstring& message, const std::vector<
   if (!g_aiWorkerThread) {
     g_aiRequestBusy.exchange(0);
     delete args;
-    PostText(window, WM_AI_REQUEST_FAILED, L"Failed to start worker thread");
+    PostHeapText(window, WM_AI_REQUEST_FAILED, L"Failed to start worker thread");
   }
 }
 
@@ -175,7 +170,7 @@ DWORD WINAPI AiWorkerThread(LPVOID parameter) {
   LeaveCriticalSection(&g_aiSessionLock);
   if (!session || !ready) {
     // The one path without an end message.
-    PostText(args->window, WM_AI_REQUEST_FAILED, L"WinHTTP session not initialized");
+    PostHeapText(args->window, WM_AI_REQUEST_FAILED, L"WinHTTP session not initialized");
     delete args;
     g_aiRequestBusy.exchange(0);
     return 0;
@@ -183,9 +178,9 @@ DWORD WINAPI AiWorkerThread(LPVOID parameter) {
   std::wstring answer;
   std::wstring failure;
   if (RunChatRequest(session, *args, answer, failure)) {
-    if (!Cancelled()) PostText(args->window, WM_AI_ANSWER, answer);  // a stopped answer is dropped
+    if (!Cancelled()) PostHeapText(args->window, WM_AI_ANSWER, answer);  // a stopped answer is dropped
   } else {
-    PostText(args->window, WM_AI_REQUEST_FAILED, failure);  // failures are posted even after Stop
+    PostHeapText(args->window, WM_AI_REQUEST_FAILED, failure);  // failures are posted even after Stop
   }
   if (!Cancelled()) PostMessageW(args->window, WM_AI_REQUEST_ENDED, 0, 0);
   delete args;

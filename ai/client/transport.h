@@ -24,6 +24,10 @@ struct AiRequestArgs {
 // Initialises g_aiSessionLock and opens the session under it. A failure is
 // not reported here; the first request reports it.
 void OpenAiSession();
+// The mirror of OpenAiSession when the main window goes: deletes the lock.
+// The session handle stays open, as a worker that isn't waited for may
+// still be using it until the process ends.
+void CloseAiSession();
 
 // One POST to host:443 over TLS. True when status 200 came back with a body
 // read to its end; otherwise false with error set, or left empty.

@@ -47,7 +47,8 @@ bool WriteUtf8(const wchar_t* path, const wchar_t* text) {
 
 int wmain(int argc, wchar_t** argv) {
   if (argc < 4) return 1;
-  const int kind = _wtoi(argv[1]);
+  // Any number, so the host can show how an unknown kind is laid out.
+  const auto kind = static_cast<MessageBoxKind>(_wtoi(argv[1]));
   const std::wstring text = WithLineFeeds(argv[3]);
   if (argc > 4) g_themeIndex = static_cast<uint32_t>(_wtoi(argv[4]));
 

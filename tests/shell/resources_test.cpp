@@ -8,6 +8,7 @@
 #include <set>
 #include <string>
 
+#include "tavro_version.h"
 #include "tests/common/test_folder.h"
 
 namespace {
@@ -60,7 +61,15 @@ TEST_F(ExeResources, IconGroup101HasTheSizesWindowsAsksFor) {
   for (int size : {16, 24, 32, 48, 256}) EXPECT_TRUE(sizes.count(size)) << "no " << size << " px icon";
 }
 
-TEST_F(ExeResources, VersionIs1100) {
+// The version is set once, in CMake; the resource script and the code both
+// read it from the generated header.
+TEST(Version, IsFourNumbersMatchingTheText) {
+  std::wstring text;
+  for (int i = 0; i < 4; ++i) text += (i ? L"." : L"") + std::to_wstring(kTavroVersionParts[i]);
+  EXPECT_EQ(text, kTavroVersion);
+}
+
+TEST_F(ExeResources, VersionIsTheProgramsVersion) {
   DWORD ignored = 0;
   DWORD size = GetFileVersionInfoSizeW(ExePath().c_str(), &ignored);
   ASSERT_GT(size, 0u);
@@ -69,13 +78,24 @@ TEST_F(ExeResources, VersionIs1100) {
   VS_FIXEDFILEINFO* fixed = nullptr;
   UINT length = 0;
   ASSERT_TRUE(VerQueryValueW(block.data(), L"\\", reinterpret_cast<void**>(&fixed), &length));
-  EXPECT_EQ(fixed->dwFileVersionMS, MAKELONG(1, 1));
-  EXPECT_EQ(fixed->dwFileVersionLS, 0u);
-  EXPECT_EQ(fixed->dwProductVersionMS, MAKELONG(1, 1));
+  EXPECT_EQ(fixed->dwFileVersionMS, MAKELONG(kTavroVersionParts[1], kTavroVersionParts[0]));
+  EXPECT_EQ(fixed->dwFileVersionLS, MAKELONG(kTavroVersionParts[3], kTavroVersionParts[2]));
+  EXPECT_EQ(fixed->dwProductVersionMS, fixed->dwFileVersionMS);
+  EXPECT_EQ(fixed->dwProductVersionLS, fixed->dwFileVersionLS);
   wchar_t* text = nullptr;
   ASSERT_TRUE(VerQueryValueW(block.data(), L"\\StringFileInfo\\040904B0\\FileVersion", reinterpret_cast<void**>(&text),
                              &length));
-  EXPECT_STREQ(text, L"1.1.0.0");
+  EXPECT_STREQ(text, kTavroVersion);
+  ASSERT_TRUE(VerQueryValueW(block.data(), L"\\StringFileInfo\\040904B0\\ProductVersion",
+                             reinterpret_cast<void**>(&text), &length));
+  EXPECT_STREQ(text, kTavroVersion);
+}
+
+TEST_F(ExeResources, ManifestCarriesTheProgramsVersion) {
+  std::string manifest = Resource(MAKEINTRESOURCEW(1), RT_MANIFEST);
+  std::wstring version(kTavroVersion);
+  std::string expected = "name=\"Tavro.Editor\" version=\"" + std::string(version.begin(), version.end()) + "\"";
+  EXPECT_NE(manifest.find(expected), std::string::npos) << manifest;
 }
 
 TEST_F(ExeResources, ManifestAsksForCommonControls6) {

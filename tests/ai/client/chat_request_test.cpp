@@ -112,10 +112,4 @@ TEST(JsonString, KeyMatchIsCaseSensitiveAndKnowsNoNesting) {
   EXPECT_EQ(ExtractJsonString("{\"a\":{\"content\":\"inner\"},\"content\":\"outer\"}", "content"), "inner");
 }
 
-TEST(Utf8ToWideTest, ConvertsAndReplaces) {
-  EXPECT_EQ(Utf8ToWide(""), L"");
-  EXPECT_EQ(Utf8ToWide("h\xC3\xA9"), L"h\u00e9");
-  EXPECT_EQ(Utf8ToWide("\xFF"), L"\uFFFD");
-}
-
 }  // namespace

@@ -72,7 +72,7 @@ MachineFacts Desktop() {
 // Everything of the knowledge text after the instance list.
 const wchar_t kFixedKnowledge[] =
     L"\n# TAVRO EDITOR:\n"
-    L"  Version: 1.1.0.0 | Win32/Scintilla/Lexilla | Author: Dravo\n"
+    L"  Version: " TAVRO_VERSION_TEXT L" | Win32/Scintilla/Lexilla | Author: Dravo\n"
     L"  Free for personal use\n"
     L"\n# CLOUDFLARE WORKERS AI (May 2026):\n"
     L"  @cf/meta/llama-3.1-8b-instruct               | default\n"
@@ -238,7 +238,7 @@ TEST(SystemContextMachine, DesktopBlockExactly) {
             L"User: anna\n"
             L"Computer: STUDIO\n"
             L"Uptime: 3h 25m\n"
-            L"Tavro_Version: 1.1.0.0\n");
+            L"Tavro_Version: " TAVRO_VERSION_TEXT L"\n");
 }
 
 TEST(SystemContextMachine, FailedQueriesDropOrDefaultTheirLines) {
@@ -260,7 +260,7 @@ TEST(SystemContextMachine, FailedQueriesDropOrDefaultTheirLines) {
             L"User: \n"
             L"Computer: \n"
             L"Uptime: 0h 0m\n"
-            L"Tavro_Version: 1.1.0.0\n");
+            L"Tavro_Version: " TAVRO_VERSION_TEXT L"\n");
 }
 
 TEST(SystemContextMachine, ScaleRoundsTowardZero) {
@@ -471,7 +471,7 @@ TEST(SystemContextFile, ThisMachinesLinesInOrder) {
         L"CURRENT_SECOND: ", L"TIMEZONE_UTC: ", L"OS: Windows ", L"OS_LANGUAGE: ", L"CPU_NAME: ", L"CPU_CORES: ",
         L"CPU_SPEED_MHZ: ", L"CPU_ARCH: x64\n", L"RAM_TOTAL_GB: ", L"RAM_AVAILABLE_GB: ", L"RAM_USED_PERCENT: ",
         L"GPU_NAME: ", L"DISPLAY_MONITORS: ", L"DISPLAY_RESOLUTION: ", L"NETWORK_INTERNET: ", L"User: ",
-        L"Computer: ", L"Uptime: ", L"Tavro_Version: 1.1.0.0\n", L"\n# TAVRO ACTIVE INSTANCES:\n",
+        L"Computer: ", L"Uptime: ", L"Tavro_Version: " TAVRO_VERSION_TEXT L"\n", L"\n# TAVRO ACTIVE INSTANCES:\n",
         L"\n# TAVRO EDITOR:\n", L"\n# AI INSTRUCTIONS:\n"}) {
     size_t found = text.find(label, at);
     ASSERT_NE(found, std::wstring::npos) << "missing or out of order: " << std::string(label, label + wcslen(label));

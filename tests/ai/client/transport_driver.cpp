@@ -20,7 +20,7 @@
 #include <string>
 #include <vector>
 
-#include "ai/chat/ai_state.h"
+#include "ai/client/ai_state.h"
 #include "ai/client/chat_request.h"
 #include "ai/client/providers.h"
 #include "ai/client/transport.h"

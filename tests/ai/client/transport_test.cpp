@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "ai/chat/ai_state.h"
+#include "ai/client/ai_state.h"
 #include "ai/client/transport.h"
 
 TEST(AiSession, OpensOnceWithTheProgramsAgent) {

@@ -1,4 +1,4 @@
-#include "ai/chat/ai_state.h"
+#include "ai/client/ai_state.h"
 
 CRITICAL_SECTION g_aiHistoryLock;
 CRITICAL_SECTION g_aiSessionLock;

@@ -1,0 +1,24 @@
+// Private window messages and timer ids of the whole program. Their numbers
+// are fixed: other processes' and threads' code posts them.
+#pragma once
+
+#include <windows.h>
+
+// To the main window.
+constexpr UINT WM_USER_OPEN_FILE = 1026;  // lParam: heap wide string the receiver frees
+constexpr UINT WM_SET_TOOLBAR_MODE = 1027;  // to the toolbar; wParam 1 AI Mod, 0 Classic
+constexpr UINT WM_PDF_EXPORT_FINISHED = 1135;  // wParam success, lParam elapsed ms
+constexpr UINT WM_EXPORT_PROGRESS = 1138;
+constexpr UINT WM_HTML_EXPORT_FINISHED = 1145;  // wParam success, lParam ExportResultNote* the receiver frees
+constexpr UINT WM_PANEL_SIZE_CHANGED = 1249;
+constexpr UINT WM_AI_ANSWER = WM_APP + 202;           // lParam: heap wide string the receiver frees
+constexpr UINT WM_AI_REQUEST_ENDED = WM_APP + 203;
+constexpr UINT WM_AI_REQUEST_FAILED = WM_APP + 204;   // lParam: heap wide string or null; receiver frees
+constexpr UINT WM_AI_STATUS_REFRESH = WM_APP + 205;   // connection labels and the system-information file
+constexpr UINT WM_AI_SETTINGS_CHANGED = 32980;
+constexpr UINT WM_THEME_CHANGED = 0x8001;  // wParam: new theme index
+constexpr UINT WM_SYSTEM_THEME_CHANGED = 0x8064;
+
+// Timers on the main window.
+constexpr UINT_PTR kAutoSaveTimer = 5001;   // auto-save, every autoSaveMinutes
+constexpr UINT_PTR kSystemInfoTimer = 5003;  // rewrites the system-information file in AI Mod
