@@ -31,6 +31,7 @@ void StylePlainText() {
 
 void ApplyLanguage(const wchar_t* path) {
   (void)path;
+  OutputDebugStringW(L"[ApplyLanguage] lexers not built yet: plain text\n");
   StylePlainText();
 }
 

@@ -2,4 +2,7 @@
 
 bool g_themeChosen = false;
 
-void ShowSplash(HINSTANCE instance) { (void)instance; }
+void ShowSplash(HINSTANCE instance) {
+  (void)instance;
+  OutputDebugStringW(L"[ShowSplash] not built yet\n");
+}

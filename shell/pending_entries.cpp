@@ -1,20 +1,27 @@
-// Tools not built yet: their commands are routed here and do nothing.
+// Tools not built yet: their commands are routed here. Each says so in one
+// debug line and does nothing else, until its own file replaces it here.
 #include "shell/pending_entries.h"
 
-void ShowFontDialog(HWND) {}
-void ShowFindDialog(HWND) {}
-void ShowRegexDialog(HWND) {}
-void ShowPrintPreview(HWND) {}
-void PrintDocument(HWND) {}
-void ShowPageSetup(HWND) {}
-void ShowExportDialog(HWND, int) {}
-void ShowMarkdownPreview(HWND) {}
-void OpenTextInViewer(HWND) {}
-void ShowHelpWindow(HWND) {}
-void ShowProfilesMenu(HWND) {}
-void SwitchEditorMode(HWND) {}
-void ShowSettingsDialog(HWND) {}
-void OpenRecentFile(HWND, int) {}
-void RemoveRecentFile(int) {}
-void ClearRecentFiles(HWND) {}
-void AddRecentFile(const std::wstring&) {}
+namespace {
+
+void NotBuiltYet(const wchar_t* line) { OutputDebugStringW(line); }
+
+}  // namespace
+
+void ShowFontDialog(HWND) { NotBuiltYet(L"[ShowFontDialog] not built yet\n"); }
+void ShowFindDialog(HWND) { NotBuiltYet(L"[ShowFindDialog] not built yet\n"); }
+void ShowRegexDialog(HWND) { NotBuiltYet(L"[ShowRegexDialog] not built yet\n"); }
+void ShowPrintPreview(HWND) { NotBuiltYet(L"[ShowPrintPreview] not built yet\n"); }
+void PrintDocument(HWND) { NotBuiltYet(L"[PrintDocument] not built yet\n"); }
+void ShowPageSetup(HWND) { NotBuiltYet(L"[ShowPageSetup] not built yet\n"); }
+void ShowExportDialog(HWND, int) { NotBuiltYet(L"[ShowExportDialog] not built yet\n"); }
+void ShowMarkdownPreview(HWND) { NotBuiltYet(L"[ShowMarkdownPreview] not built yet\n"); }
+void OpenTextInViewer(HWND) { NotBuiltYet(L"[OpenTextInViewer] not built yet\n"); }
+void ShowHelpWindow(HWND) { NotBuiltYet(L"[ShowHelpWindow] not built yet\n"); }
+void ShowProfilesMenu(HWND) { NotBuiltYet(L"[ShowProfilesMenu] not built yet\n"); }
+void SwitchEditorMode(HWND) { NotBuiltYet(L"[SwitchEditorMode] not built yet\n"); }
+void ShowSettingsDialog(HWND) { NotBuiltYet(L"[ShowSettingsDialog] not built yet\n"); }
+void OpenRecentFile(HWND, int) { NotBuiltYet(L"[OpenRecentFile] not built yet\n"); }
+void RemoveRecentFile(int) { NotBuiltYet(L"[RemoveRecentFile] not built yet\n"); }
+void ClearRecentFiles(HWND) { NotBuiltYet(L"[ClearRecentFiles] not built yet\n"); }
+void AddRecentFile(const std::wstring&) { NotBuiltYet(L"[AddRecentFile] not built yet\n"); }

@@ -1,5 +1,6 @@
 // Entry points of tools that the commands already reach. Each is owned by
-// the window or feature it opens; until that exists, the command does nothing.
+// the window or feature it opens; until that exists, the command writes one
+// debug line "[Name] not built yet" and does nothing else.
 #pragma once
 
 #include <windows.h>
