@@ -7,7 +7,7 @@
 std::wstring MakeWindowTitle(const std::wstring& profileName, const std::wstring& filePath, bool modified) {
   const std::wstring name = DocumentName(filePath);
   std::wstring title;
-  if (profileName.empty() || profileName == L"default")
+  if (IsDefaultProfileName(profileName))
     title = L"Tavro - " + name;
   else
     title = L"Tavro  [ " + profileName + L" ]  " + name;
