@@ -50,13 +50,16 @@ BinaryVerdict DetectBinary(const uint8_t* bytes, size_t size) {
     for (const Magic& magic : kMagicNumbers)
       if (std::memcmp(bytes, magic.bytes, magic.length) == 0) return BinaryVerdict::kKnownFormat;
   size_t window = size < kBinaryWindow ? size : kBinaryWindow;
+  // Both counts run over the whole window; the zero bytes are judged first,
+  // wherever in the window the sixth control byte stands.
   int nulls = 0, controls = 0;
   for (size_t i = 0; i < window; ++i) {
     uint8_t b = bytes[i];
-    if (b == 0 && ++nulls >= kNullsRefused) return BinaryVerdict::kTooManyNulls;
-    if (b < 32 && b != 9 && b != 10 && b != 13 && ++controls >= kControlsRefused)
-      return BinaryVerdict::kTooManyControls;
+    if (b == 0) ++nulls;
+    if (b < 32 && b != 9 && b != 10 && b != 13) ++controls;
   }
+  if (nulls >= kNullsRefused) return BinaryVerdict::kTooManyNulls;
+  if (controls >= kControlsRefused) return BinaryVerdict::kTooManyControls;
   return BinaryVerdict::kText;
 }
 

@@ -44,6 +44,19 @@ TEST(BinaryDetection, FiveControlBytesPassTheSixthRefuses) {
   EXPECT_EQ(Verdict("a\x01\x02\x03\x04\x05\x06"), BinaryVerdict::kTooManyControls);
 }
 
+TEST(BinaryDetection, ZeroBytesAreJudgedBeforeControlBytes) {
+  // The sixth control byte comes before the third zero byte: the zero bytes
+  // are counted over the whole window first and decide.
+  std::string bytes = "a\x01\x02\x03\x04\x05\x06 then";
+  bytes += std::string("\0x\0y\0", 5);
+  EXPECT_EQ(Verdict(bytes), BinaryVerdict::kTooManyNulls);
+  // Zero bytes at the very end of the window still count before the controls.
+  std::string window(1024, 'a');
+  for (int i = 0; i < 6; ++i) window[i] = '\x01';
+  window[1021] = window[1022] = window[1023] = '\0';
+  EXPECT_EQ(Verdict(window), BinaryVerdict::kTooManyNulls);
+}
+
 TEST(BinaryDetection, NullsCountAsControlBytesToo) {
   // Two zero bytes and four other control bytes make six control bytes.
   EXPECT_EQ(Verdict(std::string("x\0\0\x01\x02\x03\x04", 7)), BinaryVerdict::kTooManyControls);
