@@ -287,7 +287,8 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
       g_settings.lastFilePath[0] = L'\0';
       SaveSettings(g_settings);
     }
-  } else if (!startup.hasFileToOpen) {
+  } else {
+    // Said whenever there is no last file to restore, a posted command-line file or not.
     Log(L"Tavro: No file to load (untitled document)\n");
   }
 

@@ -30,6 +30,33 @@ class StartupTest(TavroTestCase):
         middle_y = (editor["top"] + editor["bottom"]) // 2
         self.assertEqual(self.tavro.pixel(shot, middle_x, middle_y), (0x1C, 0x1C, 0x1E))
 
+    def test_no_last_file_is_said_also_with_a_command_line_file(self):
+        sample = self.write_file("only.txt", "from the command line")
+        self.tavro.start(windows_path(sample))
+        main = self.tavro.main_window()
+        self.assertEqual(self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - only.txt"), "Tavro - only.txt")
+        log = self.tavro.log_lines()
+        self.assertIn("Tavro: No file to load (untitled document)\n", log)
+        # Said at start-up, before the posted file is loaded by the loop.
+        self.assertLess(log.index("Tavro: No file to load (untitled document)\n"),
+                        log.index("[WM_USER_OPEN_FILE] Received\n"))
+
+    def test_a_restored_last_file_is_not_called_untitled(self):
+        untitled = "Tavro: No file to load (untitled document)\n"
+        self.tavro.start()  # the first run writes the settings file
+        self.tavro.post(self.tavro.main_window(), harness.WM_CLOSE)
+        self.assertEqual(self.tavro.wait_exit(), 0)
+        self.assertEqual(self.tavro.log_lines().count(untitled), 1)
+        last = self.write_file("last.txt", "restored")
+        self.tavro.patch_settings({162: harness.utf16_field(windows_path(last), 260)})
+        self.tavro.process = None
+        self.tavro.start()
+        main = self.tavro.main_window()
+        self.assertEqual(self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - last.txt"), "Tavro - last.txt")
+        # The restore is step 22 itself: once its line is there, step 22 is done.
+        self.assertTrue(self.tavro.wait_log("[wWinMain] Loading last file for profile: \n"))
+        self.assertEqual(self.tavro.log_lines().count(untitled), 1)
+
     def test_without_a_file_the_document_is_untitled_and_takes_typing(self):
         self.tavro.start()
         main = self.tavro.main_window()
