@@ -350,6 +350,27 @@ void Handle(const std::vector<std::string>& f) {
     CertCloseStore(store, 0);
     if (!added) return Reply("err", "add " + std::to_string(error));
     Reply("ok", "");
+  } else if (verb == "status-part") {
+    // status-part HWND N: the text of part N of a status bar in another
+    // process, read through a buffer lent in that process.
+    HWND window = ToWindow(arg(1));
+    const WPARAM part = static_cast<WPARAM>(Number(arg(2)));
+    DWORD processId = 0;
+    GetWindowThreadProcessId(window, &processId);
+    HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId);
+    if (!process) return Reply("err", "open " + std::to_string(GetLastError()));
+    constexpr SIZE_T kUnits = 1024;
+    void* remote = VirtualAllocEx(process, nullptr, kUnits * sizeof(wchar_t), MEM_COMMIT, PAGE_READWRITE);
+    std::wstring text(kUnits, L'\0');
+    DWORD_PTR length = 0;
+    bool ok = remote && SendMessageTimeoutW(window, 0x0400 + 13 /* SB_GETTEXTW */, part,
+                                            reinterpret_cast<LPARAM>(remote), SMTO_ABORTIFHUNG, 10000, &length) &&
+              ReadProcessMemory(process, remote, text.data(), kUnits * sizeof(wchar_t), nullptr);
+    if (remote) VirtualFreeEx(process, remote, 0, MEM_RELEASE);
+    CloseHandle(process);
+    if (!ok) return Reply("err", "read");
+    text.resize(wcsnlen(text.c_str(), kUnits));
+    Reply("ok", Escape(text));
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {
