@@ -15,7 +15,7 @@ MainLayout ComputeMainLayout(int clientWidth, int clientHeight, int statusHeight
   layout.toolbar = {0, 0, clientWidth, kToolbarHeight};
   int editorWidth = clientWidth;
   if (withPanel) {
-    if (panelPercent < 30 || panelPercent > 50) panelPercent = 50;
+    panelPercent = LaidOutPanelPercent(panelPercent);
     int panelWidth = clientWidth * panelPercent / 100;
     editorWidth = clientWidth - panelWidth;
     if (editorWidth < kEditorMinimumWidth) {
@@ -29,6 +29,13 @@ MainLayout ComputeMainLayout(int clientWidth, int clientHeight, int statusHeight
   layout.strip = {0, kToolbarHeight, stripWidth, contentHeight};
   layout.editor = {stripWidth, kToolbarHeight, editorWidth - stripWidth, contentHeight};
   return layout;
+}
+
+int LaidOutPanelPercent(int panelPercent) { return panelPercent < 30 || panelPercent > 50 ? 50 : panelPercent; }
+
+int RequiredMinimumWidth(bool aiMode, bool panelExists, int panelPercent) {
+  const bool withPanel = aiMode && panelExists;
+  return MinimumWindowWidth(withPanel, withPanel ? LaidOutPanelPercent(panelPercent) : 0);
 }
 
 int MinimumWindowWidth(bool withPanel, int panelPercent) {

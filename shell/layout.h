@@ -35,6 +35,15 @@ MainLayout ComputeMainLayout(int clientWidth, int clientHeight, int statusHeight
 // at 50, 720 otherwise; without it 640. The narrower panel wants the wider window.
 int MinimumWindowWidth(bool withPanel, int panelPercent);
 
+// The percentage a layout gives the panel: outside 30..50 it becomes 50.
+int LaidOutPanelPercent(int panelPercent);
+
+// The minimum width for the window as it stands now: AI Mod with the panel
+// present, at the percentage the next layout will use. Growing to the
+// minimum asks this rather than the value of the last layout, which is stale
+// once the percentage changed.
+int RequiredMinimumWidth(bool aiMode, bool panelExists, int panelPercent);
+
 // Width of the line-number strip for a line count and a digit width.
 int LineNumberStripWidth(int lineCount, int digitWidth);
 

@@ -16,6 +16,7 @@
 #include "ai/chat/chat_store.h"
 #include "ai/client/system_context.h"
 #include "ai/client/transport.h"
+#include "ai/panel/chat_selection.h"
 #include "base/heap_text.h"
 #include "document/document.h"
 #include "document/save_prompt.h"
@@ -60,6 +61,14 @@ void MoveTo(HWND window, const Box& box) {
   if (window) MoveWindow(window, box.x, box.y, box.width, box.height, TRUE);
 }
 
+// Keeps the minimum width for WM_GETMINMAXINFO; a new one makes the system
+// ask again through a frame change.
+void KeepMinimumWidth(HWND window, int minimum) {
+  if (minimum == g_minimumWidth) return;
+  g_minimumWidth = minimum;
+  SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+}
+
 void LayOut(HWND window) {
   if (!g_hwndEditor) return;
   RECT client;
@@ -98,15 +107,14 @@ void LayOut(HWND window) {
   UpdateStatusBar();
   if (g_hwndMargin) InvalidateRect(g_hwndMargin, nullptr, FALSE);
 
-  int minimum = MinimumWindowWidth(withPanel, layout.panelPercent);
-  if (minimum != g_minimumWidth) {
-    g_minimumWidth = minimum;
-    SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
-  }
+  KeepMinimumWidth(window, MinimumWindowWidth(withPanel, layout.panelPercent));
 }
 
-// Messages 1249 and 32980: make the window at least as large as it must be.
+// Messages 1249 and 32980: make the window at least as large as it must be
+// for the mode and panel percentage as they stand now.
 void GrowToMinimum(HWND window) {
+  KeepMinimumWidth(window, RequiredMinimumWidth(g_settings.editorMode == 1, g_hwndAiPanel != nullptr,
+                                                static_cast<int>(g_settings.aiPanelPercent)));
   RECT rect;
   GetWindowRect(window, &rect);
   int width = rect.right - rect.left, height = rect.bottom - rect.top;
@@ -115,6 +123,14 @@ void GrowToMinimum(HWND window) {
   int newHeight = height < kMinimumTrackHeight ? kMinimumTrackHeight : height;
   SetWindowPos(window, nullptr, 0, 0, newWidth, newHeight, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
   PostMessageW(window, WM_SIZE, SIZE_RESTORED, MAKELPARAM(newWidth, newHeight));
+}
+
+// 32980: with the panel, its history button, a fresh frame and the minimum size.
+void OnAiSettingsChanged(HWND window) {
+  if (!g_hwndAiPanel) return;
+  RefreshHistoryButton();
+  SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+  GrowToMinimum(window);
 }
 
 void OnOpenFile(HWND window, wchar_t* path) {
@@ -171,6 +187,9 @@ LRESULT CALLBACK EditorSubclass(HWND editor, UINT message, WPARAM wParam, LPARAM
       if (clip) PlaySoundW(MAKEINTRESOURCEW(clip), g_hInstance, SND_RESOURCE | SND_ASYNC);
       break;
     }
+    case WM_SETFOCUS:
+      ClearChatSelections(g_hwndAiPanel);
+      break;
     case WM_LBUTTONDOWN:
       SendEditor(SCI_SETINDICATORCURRENT, kIndicatorReplaced);
       SendEditor(SCI_INDICATORCLEARRANGE, 0, SendEditor(SCI_GETLENGTH));
@@ -424,8 +443,10 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       OnExportFinished(window, message, wParam, lParam);
       return 0;
     case WM_PANEL_SIZE_CHANGED:
-    case WM_AI_SETTINGS_CHANGED:
       GrowToMinimum(window);
+      return 0;
+    case WM_AI_SETTINGS_CHANGED:
+      OnAiSettingsChanged(window);
       return 0;
     case WM_USER_OPEN_FILE:
       OnOpenFile(window, reinterpret_cast<wchar_t*>(lParam));

@@ -25,3 +25,4 @@ void OpenRecentFile(HWND, int) { NotBuiltYet(L"[OpenRecentFile] not built yet\n"
 void RemoveRecentFile(int) { NotBuiltYet(L"[RemoveRecentFile] not built yet\n"); }
 void ClearRecentFiles(HWND) { NotBuiltYet(L"[ClearRecentFiles] not built yet\n"); }
 void AddRecentFile(const std::wstring&) { NotBuiltYet(L"[AddRecentFile] not built yet\n"); }
+void RefreshHistoryButton() { NotBuiltYet(L"[RefreshHistoryButton] not built yet\n"); }

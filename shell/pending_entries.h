@@ -24,3 +24,4 @@ void OpenRecentFile(HWND owner, int slot);
 void RemoveRecentFile(int slot);
 void ClearRecentFiles(HWND owner);
 void AddRecentFile(const std::wstring& path);
+void RefreshHistoryButton();  // the AI panel's Chat History button

@@ -34,6 +34,15 @@ class SettingsFileTest(TavroTestCase):
         self.assertFalse(os.stat(path).st_mode & (stat.S_IWUSR | stat.S_IWGRP | stat.S_IWOTH))
         self.assertIn("[LoadSettings] File not found, using defaults\n", self.tavro.log_lines())
 
+    def test_the_default_profile_by_name_uses_tavro_cfg_and_makes_no_profiles_folder(self):
+        self.first_start("--profile=default")
+        self.assertTrue(self.tavro.wait_log("[WM_DESTROY] Settings saved\n"))
+        self.assertEqual(len(self.tavro.settings_path().read_bytes()), harness.SETTINGS_SIZE)
+        self.assertFalse((self.tavro.appdata / "Tavro" / "profiles").exists())
+        # Another profile does get the folder, with its own file in it.
+        self.first_start("--profile=work")
+        self.assertTrue(self.tavro.settings_path("work").exists())
+
     def test_damaged_file_falls_back_to_defaults_and_is_rewritten(self):
         self.first_start()
         path = self.tavro.settings_path()

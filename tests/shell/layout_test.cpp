@@ -51,6 +51,28 @@ TEST(MinimumWidth, NarrowerPanelWantsTheWiderWindow) {
   EXPECT_EQ(MinimumWindowWidth(false, 30), 640);
 }
 
+TEST(MinimumWidth, GrowingAsksTheSettingsAsTheyStandNow) {
+  // The percentage the next layout will use, not the one the last layout used.
+  EXPECT_EQ(RequiredMinimumWidth(true, true, 30), 1200);
+  EXPECT_EQ(RequiredMinimumWidth(true, true, 40), 1100);
+  EXPECT_EQ(RequiredMinimumWidth(true, true, 50), 740);
+  EXPECT_EQ(RequiredMinimumWidth(true, true, 35), 720);
+  // Outside 30..50 the layout takes 50.
+  EXPECT_EQ(RequiredMinimumWidth(true, true, 25), 740);
+  EXPECT_EQ(RequiredMinimumWidth(true, true, 51), 740);
+  // Without the panel, or in Classic, the percentage plays no part.
+  EXPECT_EQ(RequiredMinimumWidth(true, false, 30), 640);
+  EXPECT_EQ(RequiredMinimumWidth(false, true, 30), 640);
+  EXPECT_EQ(RequiredMinimumWidth(false, false, 40), 640);
+}
+
+TEST(MinimumWidth, LaidOutPercentage) {
+  EXPECT_EQ(LaidOutPanelPercent(29), 50);
+  EXPECT_EQ(LaidOutPanelPercent(30), 30);
+  EXPECT_EQ(LaidOutPanelPercent(50), 50);
+  EXPECT_EQ(LaidOutPanelPercent(20), 50);
+}
+
 TEST(StripWidth, DigitsAtLeastThreeTimesDigitWidthPlusTwelve) {
   EXPECT_EQ(LineNumberStripWidth(1, 8), 36);
   EXPECT_EQ(LineNumberStripWidth(999, 8), 36);

@@ -1,0 +1,13 @@
+// The AI panel's two text controls, as the main editor reaches them: when the
+// editor takes the focus, neither keeps a selection.
+#pragma once
+
+#include <windows.h>
+
+// Control ids of the panel's transcript (Scintilla) and input box (EDIT).
+constexpr int kTranscriptId = 8000;
+constexpr int kInputBoxId = 8001;
+
+// Clears any selection in the transcript, keeping its scroll position, and in
+// the input box. Nothing without a panel or without the controls.
+void ClearChatSelections(HWND panel);
