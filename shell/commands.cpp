@@ -14,6 +14,7 @@
 #include "shell/open_document.h"
 #include "shell/pending_entries.h"
 #include "shell/shell.h"
+#include "shell/toolbar.h"
 
 namespace {
 
@@ -107,6 +108,7 @@ void NewDocument(HWND window) {
   ApplyLanguage(L"");
   UpdateTitle();
   UpdateStatusBar();
+  RefreshToolbar();
   // A large document's memory goes back to the system.
   HeapCompact(GetProcessHeap(), 0);
   SetProcessWorkingSetSize(GetCurrentProcess(), static_cast<SIZE_T>(-1), static_cast<SIZE_T>(-1));

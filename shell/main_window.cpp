@@ -34,6 +34,7 @@
 #include "shell/open_document.h"
 #include "shell/pending_entries.h"
 #include "shell/shell.h"
+#include "shell/toolbar.h"
 #include "shell/typewriter.h"
 
 namespace {
@@ -234,6 +235,12 @@ bool CreateEditor(HWND window) {
   return g_hwndEditor != nullptr;
 }
 
+// A save cleared g_modified: the title loses its mark, Save its enabled state.
+void OnDocumentSaved() {
+  UpdateTitle();
+  RefreshToolbar();
+}
+
 void MarkProfile(HWND window) {
   if (g_profileLabel.empty()) g_profileLabel = ProfileLabel(g_profileName);
   SetPropW(window, kProfileProperty, const_cast<wchar_t*>(g_profileLabel.c_str()));
@@ -266,9 +273,10 @@ LRESULT OnCreate(HWND window) {
   g_life.profileMarked = true;
   DocumentListeners listeners;
   listeners.textReplaced = RefreshMarginWidth;
-  listeners.saved = UpdateTitle;
+  listeners.saved = OnDocumentSaved;
   SetDocumentListeners(listeners);
   g_life.listening = true;
+  if (!g_viewerMode) CreateToolbar(window, g_settings.editorMode == 1);
   if (!CreateEditor(window)) {
     ShowMessageBox(nullptr, kBoxOk, kGarbledFatalErrorTitle,
                    L"CRITICAL: Cannot create Scintilla control.\nMake sure Scintilla.dll is next to Tavro.exe.");
@@ -293,6 +301,7 @@ LRESULT OnCreate(HWND window) {
   if (g_settings.editorMode == 1) PostMessageW(window, WM_AI_STATUS_REFRESH, 0, 0);
   SetWindowSubclass(g_hwndEditor, EditorSubclass, kEditorSubclassId, 0);
   if (!g_viewerMode) {
+    RefreshToolbar();
     DragAcceptFiles(window, TRUE);
     UpdateTitle();
   }
@@ -419,6 +428,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
               UpdateTitle();
             }
             UpdateStatusBar();
+            RefreshToolbar();
             RefreshMarginWidth();
           }
           break;

@@ -6,6 +6,7 @@
 #include "document/save_prompt.h"
 #include "shell/pending_entries.h"
 #include "shell/shell.h"
+#include "shell/toolbar.h"
 
 namespace {
 
@@ -37,6 +38,7 @@ bool OpenDocumentPath(HWND window, const std::wstring& path, OpenSource source) 
   }
   UpdateTitle();
   UpdateStatusBar();
+  RefreshToolbar();
   AddRecentFile(g_filePath);
   return true;
 }
