@@ -11,11 +11,20 @@ constexpr UINT WM_PDF_EXPORT_FINISHED = 1135;  // wParam success, lParam elapsed
 constexpr UINT WM_EXPORT_PROGRESS = 1138;
 constexpr UINT WM_HTML_EXPORT_FINISHED = 1145;  // wParam success, lParam ExportResultNote* the receiver frees
 constexpr UINT WM_PANEL_SIZE_CHANGED = 1249;
+constexpr UINT WM_AI_SEND = WM_APP + 200;             // lParam: heap wide string, the message; receiver frees
+constexpr UINT WM_AI_STOP = WM_APP + 201;
 constexpr UINT WM_AI_ANSWER = WM_APP + 202;           // lParam: heap wide string the receiver frees
 constexpr UINT WM_AI_REQUEST_ENDED = WM_APP + 203;
 constexpr UINT WM_AI_REQUEST_FAILED = WM_APP + 204;   // lParam: heap wide string or null; receiver frees
 constexpr UINT WM_AI_STATUS_REFRESH = WM_APP + 205;   // connection labels and the system-information file
+constexpr UINT WM_AI_TYPING_ENDED = WM_APP + 206;     // wParam 1 when stopped
+constexpr UINT WM_AI_CLEAR_CONVERSATION = WM_APP + 210;  // empties the live conversation
+constexpr UINT WM_AI_LOAD_CHAT = WM_APP + 211;        // wParam 2: already current; lParam: heap chat id
 constexpr UINT WM_AI_SETTINGS_CHANGED = 32980;
+// To the AI panel itself, from its Chat History menu.
+constexpr UINT WM_PANEL_RENAME_CHAT = WM_APP + 220;
+constexpr UINT WM_PANEL_DELETE_CHAT = WM_APP + 221;
+constexpr UINT WM_PANEL_DELETE_ALL_CHATS = WM_APP + 222;
 constexpr UINT WM_THEME_CHANGED = 0x8001;  // wParam: new theme index
 constexpr UINT WM_SYSTEM_THEME_CHANGED = 0x8064;
 

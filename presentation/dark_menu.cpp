@@ -102,6 +102,21 @@ HMENU BuildPopupMenu(const std::vector<MenuEntry>& entries, bool editMenu) {
   return menu;
 }
 
+MenuEntry MenuRow(const wchar_t* label, const wchar_t* shortcut, int id, bool enabled) {
+  MenuEntry entry;
+  entry.label = label;
+  entry.shortcut = shortcut;
+  entry.id = id;
+  entry.isDisabled = !enabled;
+  return entry;
+}
+
+MenuEntry MenuSeparator() {
+  MenuEntry entry;
+  entry.isSeparator = true;
+  return entry;
+}
+
 bool ClipboardHasText() {
   return IsClipboardFormatAvailable(CF_UNICODETEXT) || IsClipboardFormatAvailable(CF_TEXT);
 }
@@ -191,21 +206,12 @@ void ShowEditContextMenu(HWND edit, HWND owner, POINT screenPoint) {
   const bool readOnly = (GetWindowLongPtrW(edit, GWL_STYLE) & ES_READONLY) != 0;
   EditMenuRules rules = EditMenuEnabled(SendMessageW(edit, EM_CANUNDO, 0, 0) != 0, end > start, ClipboardHasText(),
                                         GetWindowTextLengthW(edit) == 0, readOnly);
-  auto item = [](const wchar_t* label, const wchar_t* keys, int id, bool enabled) {
-    MenuEntry entry;
-    entry.label = label;
-    entry.shortcut = keys;
-    entry.id = id;
-    entry.isDisabled = !enabled;
-    return entry;
-  };
-  MenuEntry separator;
-  separator.isSeparator = true;
+  const MenuEntry separator = MenuSeparator();
   std::vector<MenuEntry> entries = {
-      item(L"Undo", L"Ctrl+Z", 1, rules.undo),          separator,
-      item(L"Cut", L"Ctrl+X", 2, rules.cut),            item(L"Copy", L"Ctrl+C", 3, rules.copy),
-      item(L"Paste", L"Ctrl+V", 4, rules.paste),        item(L"Delete", L"", 5, rules.clear),
-      separator,                                        item(L"Select All", L"Ctrl+A", 6, rules.selectAll),
+      MenuRow(L"Undo", L"Ctrl+Z", 1, rules.undo),   separator,
+      MenuRow(L"Cut", L"Ctrl+X", 2, rules.cut),     MenuRow(L"Copy", L"Ctrl+C", 3, rules.copy),
+      MenuRow(L"Paste", L"Ctrl+V", 4, rules.paste), MenuRow(L"Delete", L"", 5, rules.clear),
+      separator,                                    MenuRow(L"Select All", L"Ctrl+A", 6, rules.selectAll),
   };
   UINT chosen = ShowPopupMenu(entries, true, owner, screenPoint, TPM_RETURNCMD | TPM_RIGHTBUTTON);
   switch (chosen) {

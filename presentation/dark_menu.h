@@ -32,6 +32,10 @@ size_t LiveMenuItemCount();
 // screen point ((-1, -1) takes the cursor); destroyed again on return. The
 // result is that of TrackPopupMenuEx with flags.
 UINT ShowPopupMenu(const std::vector<MenuEntry>& entries, bool editMenu, HWND owner, POINT screenPoint, UINT flags);
+// A row of a menu, and a separator.
+MenuEntry MenuRow(const wchar_t* label, const wchar_t* shortcut, int id, bool enabled);
+MenuEntry MenuSeparator();
+
 // Whether the clipboard holds text that a Paste would insert.
 bool ClipboardHasText();
 // WM_MEASUREITEM and WM_DRAWITEM of the menus; false when not ours.

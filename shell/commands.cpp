@@ -5,12 +5,14 @@
 #include <string>
 
 #include "Scintilla.h"
+#include "ai/panel/ai_panel.h"
 #include "document/document.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
 #include "search/search.h"
 #include "settings/settings.h"
+#include "shell/mode_switch.h"
 #include "shell/open_document.h"
 #include "shell/pending_entries.h"
 #include "shell/shell.h"
@@ -121,6 +123,7 @@ void NewDocument(HWND window) {
 bool HandleCommand(HWND window, int id) {
   if (id >= kCmdThemeFirst && id <= kCmdThemeLast) {
     ApplyTheme(static_cast<unsigned>(id - kCmdThemeFirst), true);
+    ApplyPanelTheme();
     RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
     return true;
   }

@@ -11,6 +11,7 @@
 
 #include "ai/client/ai_state.h"
 #include "ai/chat/chat_store.h"
+#include "ai/panel/ai_panel.h"
 #include "base/heap_text.h"
 #include "presentation/message_box.h"
 #include "resources/resource_ids.h"
@@ -296,7 +297,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
   while (GetMessageW(&msg, nullptr, 0, 0)) {
     if (g_viewerMode) {
       if (ViewerDropsMessage(msg)) continue;
-    } else if (accelerators && TranslateAcceleratorW(window, accelerators, &msg)) {
+    } else if (accelerators && !FocusIsInChat() && TranslateAcceleratorW(window, accelerators, &msg)) {
       continue;
     }
     TranslateMessage(&msg);

@@ -16,6 +16,7 @@
 #include "ai/chat/chat_store.h"
 #include "ai/client/system_context.h"
 #include "ai/client/transport.h"
+#include "ai/panel/ai_panel.h"
 #include "ai/panel/chat_selection.h"
 #include "base/heap_text.h"
 #include "document/document.h"
@@ -296,9 +297,12 @@ LRESULT OnCreate(HWND window) {
   }
   OpenAiSession();
   g_life.sessionOpened = true;
-  // The panel and its chat come with AI Mod; the refresh starts the
-  // system-information file and its timer.
-  if (g_settings.editorMode == 1) PostMessageW(window, WM_AI_STATUS_REFRESH, 0, 0);
+  // The panel and its chat come with AI Mod (in a Viewer too, never laid
+  // out); the refresh starts the system-information file and its timer.
+  if (g_settings.editorMode == 1) {
+    if (CreateAiPanel(window)) ReplayCurrentChat(true);
+    PostMessageW(window, WM_AI_STATUS_REFRESH, 0, 0);
+  }
   SetWindowSubclass(g_hwndEditor, EditorSubclass, kEditorSubclassId, 0);
   if (!g_viewerMode) {
     RefreshToolbar();
@@ -397,6 +401,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       break;
     case WM_THEME_CHANGED:
       ApplyTheme(static_cast<unsigned>(wParam), true);
+      ApplyPanelTheme();
       RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
       return 0;
     case WM_SYSTEM_THEME_CHANGED:
@@ -444,6 +449,12 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       return 0;
     case WM_AI_STATUS_REFRESH:
       OnAiStatusRefresh(window);
+      return 0;
+    case WM_AI_LOAD_CHAT:
+      OnLoadChat(wParam, reinterpret_cast<wchar_t*>(lParam));
+      return 0;
+    case WM_AI_CLEAR_CONVERSATION:
+      ClearLiveConversation();
       return 0;
     case WM_DROPFILES:
       OnDropFiles(window, reinterpret_cast<HDROP>(wParam));

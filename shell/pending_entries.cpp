@@ -19,10 +19,8 @@ void ShowMarkdownPreview(HWND) { NotBuiltYet(L"[ShowMarkdownPreview] not built y
 void OpenTextInViewer(HWND) { NotBuiltYet(L"[OpenTextInViewer] not built yet\n"); }
 void ShowHelpWindow(HWND) { NotBuiltYet(L"[ShowHelpWindow] not built yet\n"); }
 void ShowProfilesMenu(HWND) { NotBuiltYet(L"[ShowProfilesMenu] not built yet\n"); }
-void SwitchEditorMode(HWND) { NotBuiltYet(L"[SwitchEditorMode] not built yet\n"); }
 void ShowSettingsDialog(HWND) { NotBuiltYet(L"[ShowSettingsDialog] not built yet\n"); }
 void OpenRecentFile(HWND, int) { NotBuiltYet(L"[OpenRecentFile] not built yet\n"); }
 void RemoveRecentFile(int) { NotBuiltYet(L"[RemoveRecentFile] not built yet\n"); }
 void ClearRecentFiles(HWND) { NotBuiltYet(L"[ClearRecentFiles] not built yet\n"); }
 void AddRecentFile(const std::wstring&) { NotBuiltYet(L"[AddRecentFile] not built yet\n"); }
-void RefreshHistoryButton() { NotBuiltYet(L"[RefreshHistoryButton] not built yet\n"); }

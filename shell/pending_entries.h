@@ -18,10 +18,8 @@ void ShowMarkdownPreview(HWND owner);
 void OpenTextInViewer(HWND owner);
 void ShowHelpWindow(HWND owner);
 void ShowProfilesMenu(HWND owner);
-void SwitchEditorMode(HWND owner);
 void ShowSettingsDialog(HWND owner);
 void OpenRecentFile(HWND owner, int slot);
 void RemoveRecentFile(int slot);
 void ClearRecentFiles(HWND owner);
 void AddRecentFile(const std::wstring& path);
-void RefreshHistoryButton();  // the AI panel's Chat History button

@@ -10,3 +10,8 @@ std::atomic<uint8_t> g_aiRequestBusy{0};
 std::atomic<uint8_t> g_aiCancelRequested{0};
 std::atomic<HINTERNET> g_aiRequestHandle{nullptr};
 HANDLE g_aiWorkerThread = nullptr;
+
+std::atomic<uint8_t> g_aiGenerating{0};
+std::vector<ChatTurn> g_aiLiveHistory;
+std::wstring g_aiAnswerBuffer;
+std::atomic<bool> g_isOnline{false};

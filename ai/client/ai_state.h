@@ -7,6 +7,10 @@
 
 #include <atomic>
 #include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ai/client/chat_request.h"
 
 extern CRITICAL_SECTION g_aiHistoryLock;  // guards the live conversation list
 extern CRITICAL_SECTION g_aiSessionLock;  // guards g_aiSession and g_aiSessionReady
@@ -21,3 +25,13 @@ extern std::atomic<uint8_t> g_aiCancelRequested;  // stop what is in flight
 // The request handle in flight; whoever takes it by exchange closes it.
 extern std::atomic<HINTERNET> g_aiRequestHandle;
 extern HANDLE g_aiWorkerThread;  // the last worker started
+
+// Whether the network is online, as the connectivity watch last saw it; false
+// until that watch runs.
+extern std::atomic<bool> g_isOnline;
+
+// The send pipeline's side: the panel shows Stop while this is set.
+extern std::atomic<uint8_t> g_aiGenerating;
+// The live conversation, oldest first, and the reply in progress; both under g_aiHistoryLock.
+extern std::vector<ChatTurn> g_aiLiveHistory;
+extern std::wstring g_aiAnswerBuffer;

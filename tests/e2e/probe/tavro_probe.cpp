@@ -21,6 +21,17 @@ std::string ToUtf8(const std::wstring& text) {
   return out;
 }
 
+bool SetClipboardText(const std::wstring& text) {
+  if (!OpenClipboard(nullptr)) return false;
+  EmptyClipboard();
+  HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
+  memcpy(GlobalLock(memory), text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+  GlobalUnlock(memory);
+  SetClipboardData(CF_UNICODETEXT, memory);
+  CloseClipboard();
+  return true;
+}
+
 std::wstring ToWide(const std::string& text) {
   if (text.empty()) return {};
   int size = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
@@ -279,13 +290,7 @@ void Handle(const std::vector<std::string>& f) {
     Reply("ok", Escape(text));
   } else if (verb == "set-clipboard") {
     std::wstring text = ToWide(arg(1));
-    if (!OpenClipboard(nullptr)) return Reply("err", "clipboard busy");
-    EmptyClipboard();
-    HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
-    memcpy(GlobalLock(memory), text.c_str(), (text.size() + 1) * sizeof(wchar_t));
-    GlobalUnlock(memory);
-    SetClipboardData(CF_UNICODETEXT, memory);
-    CloseClipboard();
+    if (!SetClipboardText(text)) return Reply("err", "clipboard busy");
     Reply("ok", "");
   } else if (verb == "try-delete") {
     // try-delete PATH: 0 when deleted, else the Win32 error code.
@@ -349,6 +354,25 @@ void Handle(const std::vector<std::string>& f) {
     DWORD error = GetLastError();
     CertCloseStore(store, 0);
     if (!added) return Reply("err", "add " + std::to_string(error));
+    Reply("ok", "");
+  } else if (verb == "set-text-repeat" || verb == "set-clipboard-repeat") {
+    // set-text-repeat HWND UNIT COUNT, set-clipboard-repeat UNIT COUNT: UNIT
+    // repeated to COUNT characters, longer than a request line may be.
+    const bool toClipboard = verb == "set-clipboard-repeat";
+    const std::wstring unit = ToWide(arg(toClipboard ? 1 : 2));
+    const size_t count = static_cast<size_t>(Number(arg(toClipboard ? 2 : 3)));
+    if (unit.empty()) return Reply("err", "no unit");
+    std::wstring text;
+    text.reserve(count + unit.size());
+    while (text.size() < count) text += unit;
+    text.resize(count);
+    if (!toClipboard) {
+      DWORD_PTR result = 0;
+      SendMessageTimeoutW(ToWindow(arg(1)), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()), SMTO_ABORTIFHUNG,
+                          5000, &result);
+      return Reply("ok", std::to_string(static_cast<long long>(result)));
+    }
+    if (!SetClipboardText(text)) return Reply("err", "clipboard busy");
     Reply("ok", "");
   } else if (verb == "status-part") {
     // status-part HWND N: the text of part N of a status bar in another

@@ -1,0 +1,48 @@
+// The AI panel: the child window beside the editor where the conversation
+// takes place. Its head row (title, Chat History button, connection label),
+// the read-only transcript, the splitter, the input box with its own scroll
+// bar, the button row and the status line.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+// Registers the classes once and builds the panel and its controls, hidden
+// until the main window lays it out; the panel handle or null.
+HWND CreateAiPanel(HWND parent);
+
+// Send reads "Stop ■" while generating; AI Settings, New Chat and Chat
+// History are enabled exactly when not.
+void SetGeneratingState(bool generating);
+// Appends to the transcript, keeping the reader's view when scrolled up.
+void AppendTranscript(const std::wstring& text);
+// Empties the transcript and the input box, refreshes the connection labels.
+void ClearTranscript();
+// "\nChat started: ...   |   Opened: HH:MM\n\n" with the time now.
+void WriteChatStartLine(const std::wstring& createdAt);
+void WriteUserMessage(const std::wstring& text);
+void WriteAiMessage(const std::wstring& text);
+// The Chat History button's text and enabled state from the store.
+void RefreshHistoryButton();
+// The connection label (the connectivity watch fills it in).
+void RefreshConnectionLabels();
+// The status line.
+void SetPanelStatus(const std::wstring& text);
+// Colours, brushes and the transcript's styles after a theme change.
+void ApplyPanelTheme();
+
+// The current chat into the live conversation and the transcript, at
+// start-up with AI Mod on or at the switch to it. Start-up shows an empty
+// chat's start line; the switch shows nothing for it and sets the status.
+void ReplayCurrentChat(bool atStartUp);
+
+// WM_AI_LOAD_CHAT on the main window: show a stored chat; wParam 2 when it
+// is already current.
+void OnLoadChat(WPARAM wParam, wchar_t* chatId);
+// WM_AI_CLEAR_CONVERSATION: the live conversation and the reply in progress emptied.
+void ClearLiveConversation();
+
+// Whether the focus is in the transcript or the input box, where the
+// program's accelerators give way to the controls' own keys.
+bool FocusIsInChat();
