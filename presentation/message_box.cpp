@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "presentation/dialog_template.h"
 #include "presentation/message_box_layout.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
@@ -16,9 +17,6 @@
 
 namespace {
 
-constexpr WORD kButtonClass = 0x0080;
-constexpr WORD kEditClass = 0x0081;
-constexpr WORD kStaticClass = 0x0082;
 constexpr const wchar_t* kEditFontProperty = L"hEditFont";
 
 // Working state of one open box.
@@ -30,52 +28,10 @@ struct MessageBoxState {
   unsigned brushTheme;  // theme index the brushes were made for
 };
 
-// The dialog template: a run of WORDs, items starting on DWORD boundaries.
-struct TemplateWriter {
-  std::vector<WORD> words;
-
-  void Word(WORD value) { words.push_back(value); }
-  void Dword(DWORD value) {
-    Word(LOWORD(value));
-    Word(HIWORD(value));
-  }
-  void String(const wchar_t* text) {
-    for (const wchar_t* p = text; p && *p; ++p) Word(static_cast<WORD>(*p));
-    Word(0);
-  }
-  void AlignDword() {
-    if (words.size() % 2) Word(0);
-  }
-  void Item(DWORD style, DWORD exStyle, const DialogUnitRect& rect, int id, WORD classAtom, const wchar_t* text) {
-    AlignDword();
-    Dword(style);
-    Dword(exStyle);
-    Word(static_cast<WORD>(rect.x));
-    Word(static_cast<WORD>(rect.y));
-    Word(static_cast<WORD>(rect.width));
-    Word(static_cast<WORD>(rect.height));
-    Word(static_cast<WORD>(id));
-    Word(0xFFFF);
-    Word(classAtom);
-    String(text);
-    Word(0);  // no creation data
-  }
-};
-
 std::vector<WORD> BuildTemplate(const MessageBoxLayout& layout, const wchar_t* title, const wchar_t* text) {
   TemplateWriter t;
-  t.Dword(WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_CENTER | DS_SETFONT);
-  t.Dword(0);
-  t.Word(static_cast<WORD>(1 + (layout.hasEdit ? 1 : 0) + layout.buttonCount));
-  t.Word(0);
-  t.Word(0);
-  t.Word(static_cast<WORD>(layout.width));
-  t.Word(static_cast<WORD>(layout.height));
-  t.Word(0);  // no menu
-  t.Word(0);  // the standard dialog class
-  t.String(title);
-  t.Word(9);
-  t.String(L"Segoe UI");
+  WriteDialogHeader(t, WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_CENTER,
+                    1 + (layout.hasEdit ? 1 : 0) + layout.buttonCount, layout.width, layout.height, title);
 
   t.Item(WS_CHILD | WS_VISIBLE | SS_CENTER | SS_NOPREFIX | SS_EDITCONTROL, 0, layout.text, kMessageBoxStaticId,
          kStaticClass, text);
@@ -90,7 +46,6 @@ std::vector<WORD> BuildTemplate(const MessageBoxLayout& layout, const wchar_t* t
   return t.words;
 }
 
-const wchar_t* WindowThemeClass() { return (CurrentTheme().isDark & 0xFF) ? L"DarkMode_Explorer" : L"Explorer"; }
 
 // The two brushes follow the theme index of the moment.
 void RefreshBrushes(MessageBoxState* state) {
@@ -149,8 +104,8 @@ INT_PTR CALLBACK MessageBoxProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
       state = reinterpret_cast<MessageBoxState*>(lParam);
       SetWindowLongPtrW(dialog, DWLP_USER, lParam);
       SetDarkTitleBar(dialog, (CurrentTheme().isDark & 0xFF) != 0);
-      SetWindowTheme(dialog, WindowThemeClass(), nullptr);
-      SetWindowTheme(GetDlgItem(dialog, kMessageBoxStaticId), WindowThemeClass(), nullptr);
+      SetWindowTheme(dialog, WindowThemeClass(CurrentTheme()), nullptr);
+      SetWindowTheme(GetDlgItem(dialog, kMessageBoxStaticId), WindowThemeClass(CurrentTheme()), nullptr);
       SendMessageW(dialog, DM_SETDEFID, kMessageBoxFirstButtonId, 0);
       if (state->kind == kBoxInput) {
         HWND edit = GetDlgItem(dialog, kMessageBoxEditId);

@@ -3,6 +3,8 @@
 // the result each of them gives.
 #pragma once
 
+#include "presentation/dialog_units.h"
+
 #include <string>
 
 constexpr int kMessageBoxStaticId = 2500;
@@ -16,13 +18,6 @@ constexpr int kMessageBoxButtonWidth = 50;
 constexpr int kMessageBoxButtonHeight = 14;
 constexpr int kMessageBoxButtonPitch = 56;
 
-// A rectangle in dialog units.
-struct DialogUnitRect {
-  int x;
-  int y;
-  int width;
-  int height;
-};
 
 struct MessageBoxButtonLayout {
   DialogUnitRect rect;

@@ -14,6 +14,7 @@
 #include "ai/client/ai_state.h"
 #include "ai/panel/chat_selection.h"
 #include "ai/panel/panel_rules.h"
+#include "ai/panel/rename_chat_dialog.h"
 #include "base/app_state.h"
 #include "base/heap_text.h"
 #include "base/messages.h"
@@ -612,7 +613,17 @@ void OnDeleteAllChats() {
 }
 
 void OnRenameChat() {
-  NotBuiltYet(L"[RenameChatDialog] not built yet\n");
+  ChatHistoryManager& store = GetChatHistory();
+  ChatInfo* chat = CurrentChat(store);
+  if (!chat) return;
+  const std::wstring id = chat->id;
+  std::wstring title = chat->title;
+  if (!ShowRenameChatDialog(g_hwndMain, title) || title.empty()) return;
+  for (ChatInfo& row : store.chats)  // the chat with that id, wherever the dialog left the store
+    if (row.id == id) row.title = title;
+  WriteIndex(store);
+  RefreshHistoryButton();
+  SetPanelStatus(L"Chat renamed");
 }
 
 LRESULT CALLBACK PanelProc(HWND panel, UINT message, WPARAM wParam, LPARAM lParam) {

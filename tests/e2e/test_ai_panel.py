@@ -15,6 +15,7 @@ WM_LBUTTONDOWN = 0x0201
 WM_LBUTTONUP = 0x0202
 WM_PASTE = 0x0302
 WM_APP = 0x8000
+WM_PANEL_RENAME_CHAT = WM_APP + 220
 WM_PANEL_DELETE_CHAT = WM_APP + 221
 WM_PANEL_DELETE_ALL_CHATS = WM_APP + 222
 CMD_MODE_SWITCH = 4021
@@ -172,6 +173,30 @@ class AiPanelTest(TavroTestCase):
         self.assertTrue(self.text_of(panel, TRANSCRIPT).endswith("YOU: How long to proof?\n\nAI: About an hour.\n\n"))
         index = (self.chats_folder() / "index.json").read_text("utf-8")
         self.assertRegex(index, r'"id": "20261121_090000_0002",[^}]*"isCurrent": true')
+
+    def test_rename_the_current_chat(self):
+        main, panel = self.start_in_ai_mod(STORE)
+        self.tavro.wait_for(lambda: self.text_of(panel, HISTORY), "Adriatic tides")
+        self.tavro.post(panel["hwnd"], WM_PANEL_RENAME_CHAT)
+        dialog = self.tavro.find_dialog("Rename Chat")
+        self.assertIn("Enter new chat name:", self.tavro.dialog_texts(dialog))
+        field = self.tavro.child(dialog, "Edit")["hwnd"]
+        self.assertEqual(self.tavro.text(field), "Adriatic tides")
+        self.tavro.screenshot("rename")
+        self.tavro.request("set-text", field, "Tide notes")
+        self.tavro.press(dialog, "OK")
+        self.tavro.wait_gone(dialog)
+        self.assertEqual(self.wait_text(panel, STATUS, "Chat renamed"), "Chat renamed")
+        self.assertEqual(self.text_of(panel, HISTORY), "Tide notes")
+        index = (self.chats_folder() / "index.json").read_text("utf-8")
+        self.assertRegex(index, r'"id": "20261120_100000_0001",\s*"title": "Tide notes"')
+        # Cancel changes nothing.
+        self.tavro.post(panel["hwnd"], WM_PANEL_RENAME_CHAT)
+        dialog = self.tavro.find_dialog("Rename Chat")
+        self.tavro.request("set-text", self.tavro.child(dialog, "Edit")["hwnd"], "Not this")
+        self.tavro.press(dialog, "Cancel")
+        self.tavro.wait_gone(dialog)
+        self.assertEqual(self.text_of(panel, HISTORY), "Tide notes")
 
     def test_new_chat_with_the_current_chat_empty_makes_another(self):
         main, panel = self.start_in_ai_mod()
