@@ -12,6 +12,7 @@
 #include "ai/client/ai_state.h"
 #include "ai/chat/chat_store.h"
 #include "ai/panel/ai_panel.h"
+#include "ai/panel/typing_animator.h"
 #include "base/heap_text.h"
 #include "presentation/message_box.h"
 #include "resources/resource_ids.h"
@@ -306,6 +307,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
 
   Log(L"Tavro: Cleaning up resources\n");
   Log(L"Tavro: Shutting down AI Typing Animator...\n");
+  AnimatorStop(GetTypingAnimator());
   ReleaseStartup(true);
   int exitCode = static_cast<int>(msg.wParam);
   Logf(L"Tavro: Exiting with code %d\n", exitCode);

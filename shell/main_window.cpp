@@ -456,6 +456,12 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_AI_CLEAR_CONVERSATION:
       ClearLiveConversation();
       return 0;
+    case WM_AI_STATUS_TEXT: {
+      auto* text = reinterpret_cast<wchar_t*>(lParam);
+      if (text) SetPanelStatus(text);
+      FreeHeapText(text);
+      return 0;
+    }
     case WM_DROPFILES:
       OnDropFiles(window, reinterpret_cast<HDROP>(wParam));
       return 0;

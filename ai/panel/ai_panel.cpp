@@ -15,6 +15,7 @@
 #include "ai/panel/chat_selection.h"
 #include "ai/panel/panel_rules.h"
 #include "ai/panel/rename_chat_dialog.h"
+#include "ai/panel/typing_animator.h"
 #include "base/app_state.h"
 #include "base/heap_text.h"
 #include "base/messages.h"
@@ -162,7 +163,22 @@ void ShowTranscriptMenu(POINT screenPoint) {
   ShowPopupMenu(entries, true, g_panel.panel, screenPoint, TPM_RIGHTBUTTON);
 }
 
+// The reader moved the view: pointer buttons, the wheel, keys, scrolling.
+bool MovesTheView(UINT message) {
+  return (message >= WM_LBUTTONDOWN && message <= WM_MBUTTONDBLCLK) || message == WM_MOUSEWHEEL ||
+         message == WM_KEYDOWN || message == WM_KEYUP || message == WM_VSCROLL || message == WM_HSCROLL;
+}
+
+void ReportTypingEnded(bool stopped) {
+  if (g_hwndMain) PostMessageW(g_hwndMain, WM_AI_TYPING_ENDED, stopped ? 1 : 0, 0);
+}
+
 LRESULT CALLBACK TranscriptSubclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+  if (MovesTheView(message) && message != WM_RBUTTONUP) {
+    LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+    AnimatorNoteViewMoved(GetTypingAnimator());
+    return result;
+  }
   switch (message) {
     case WM_SETFOCUS:
       if (g_hwndEditor) {
@@ -715,6 +731,11 @@ LRESULT CALLBACK PanelProc(HWND panel, UINT message, WPARAM wParam, LPARAM lPara
       OnDeleteAllChats();
       return 0;
     case WM_DESTROY:
+      {
+        TypingAnimator& animator = GetTypingAnimator();
+        std::lock_guard<std::mutex> lock(animator.targetLock);
+        animator.target = nullptr;
+      }
       for (HFONT font : {g_panel.titleFont, g_panel.buttonFont, g_panel.inputFont, g_panel.statusFont})
         if (font) DeleteObject(font);
       for (HBRUSH brush : {g_panel.panelBrush, g_panel.inputBrush})
@@ -794,6 +815,11 @@ HWND CreateAiPanel(HWND parent) {
   SetUpTranscript();
   SetWindowSubclass(g_panel.transcript, TranscriptSubclass, kTranscriptSubclassId, 0);
   SetWindowSubclass(g_panel.input, InputSubclass, kInputSubclassId, 0);
+  TypingAnimator& animator = GetTypingAnimator();
+  animator.target = g_panel.transcript;
+  animator.onFinished = ReportTypingEnded;
+  AnimatorSetDelay(animator, static_cast<int>(g_settings.typingDelayMs));
+  AnimatorSetEnabled(animator, g_settings.typingAnimation != 0);
   g_hwndAiPanel = g_panel.panel;
   RefreshHistoryButton();
   RefreshConnectionLabels();
