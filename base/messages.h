@@ -22,6 +22,7 @@ constexpr UINT WM_AI_STATUS_TEXT = WM_APP + 208;      // lParam: heap wide strin
 constexpr UINT WM_AI_CLEAR_CONVERSATION = WM_APP + 210;  // empties the live conversation
 constexpr UINT WM_AI_LOAD_CHAT = WM_APP + 211;        // wParam 2: already current; lParam: heap chat id
 constexpr UINT WM_AI_SETTINGS_CHANGED = 32980;
+constexpr UINT WM_AI_CONNECTIVITY_CHANGED = WM_APP + 214;  // wParam 1 online, 0 offline
 // To the AI panel itself, from its Chat History menu.
 constexpr UINT WM_PANEL_RENAME_CHAT = WM_APP + 220;
 constexpr UINT WM_PANEL_DELETE_CHAT = WM_APP + 221;

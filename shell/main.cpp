@@ -12,6 +12,7 @@
 #include "ai/client/ai_state.h"
 #include "ai/chat/chat_store.h"
 #include "ai/panel/ai_panel.h"
+#include "ai/panel/connectivity.h"
 #include "ai/panel/typing_animator.h"
 #include "base/heap_text.h"
 #include "presentation/message_box.h"
@@ -260,6 +261,8 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
   }
   Log(L"Tavro: Main window created\n");
 
+  StartConnectivityWatch(window);
+
   if (!g_viewerMode && g_settings.transparencyPercent >= 1) {
     Log(L"Tavro: Applying window transparency\n");
     SetWindowLongPtrW(window, GWL_EXSTYLE, GetWindowLongPtrW(window, GWL_EXSTYLE) | WS_EX_LAYERED);
@@ -308,6 +311,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
   Log(L"Tavro: Cleaning up resources\n");
   Log(L"Tavro: Shutting down AI Typing Animator...\n");
   AnimatorStop(GetTypingAnimator());
+  StopConnectivityWatch();
   ReleaseStartup(true);
   int exitCode = static_cast<int>(msg.wParam);
   Logf(L"Tavro: Exiting with code %d\n", exitCode);

@@ -317,6 +317,7 @@ LRESULT OnCreate(HWND window) {
 // up and after the AI Settings dialog saves.
 void OnAiStatusRefresh(HWND window) {
   if (!g_hwndAiPanel) return;
+  RefreshAfterStatusMessage();
   WriteSystemInfoFile();
   SetTimer(window, kSystemInfoTimer, kSystemInfoPeriodMs, nullptr);
 }
@@ -455,6 +456,10 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       return 0;
     case WM_AI_CLEAR_CONVERSATION:
       ClearLiveConversation();
+      return 0;
+    case WM_AI_CONNECTIVITY_CHANGED:
+      // The AI Settings dialog's result line follows too, once that dialog exists.
+      if (g_hwndAiPanel) RefreshConnectionLabels();
       return 0;
     case WM_AI_STATUS_TEXT: {
       auto* text = reinterpret_cast<wchar_t*>(lParam);

@@ -13,6 +13,7 @@
 #include "ai/chat/chat_store.h"
 #include "ai/client/ai_state.h"
 #include "ai/panel/chat_selection.h"
+#include "ai/panel/connectivity.h"
 #include "ai/panel/panel_rules.h"
 #include "ai/panel/rename_chat_dialog.h"
 #include "ai/panel/typing_animator.h"
@@ -890,7 +891,16 @@ void RefreshHistoryButton() {
 
 void RefreshConnectionLabels() {
   if (!g_panel.connection) return;
-  NotBuiltYet(L"[RefreshConnectionLabels] not built yet\n");
+  const ConnectionTexts texts = ConnectionLabelTexts(g_settings.apiKey[0] != L'\0', g_isOnline.load());
+  SetPanelStatus(texts.status);
+  SetWindowTextW(g_panel.connection, texts.label.c_str());
+}
+
+void RefreshAfterStatusMessage() {
+  if (!g_panel.connection) return;
+  const ConnectionTexts texts = StatusRefreshTexts(g_settings.apiKey[0] != L'\0', g_isOnline.load());
+  SetPanelStatus(texts.status);
+  SetWindowTextW(g_panel.connection, texts.label.c_str());
 }
 
 void SetPanelStatus(const std::wstring& text) {

@@ -25,8 +25,10 @@ void WriteUserMessage(const std::wstring& text);
 void WriteAiMessage(const std::wstring& text);
 // The Chat History button's text and enabled state from the store.
 void RefreshHistoryButton();
-// The connection label (the connectivity watch fills it in).
+// The status line and connection label after a connectivity event.
 void RefreshConnectionLabels();
+// The same after WM_AI_STATUS_REFRESH, in its own words.
+void RefreshAfterStatusMessage();
 // The status line.
 void SetPanelStatus(const std::wstring& text);
 // Colours, brushes and the transcript's styles after a theme change.
