@@ -94,15 +94,37 @@ std::wstring ClassOf(HWND window) {
   return name;
 }
 
-std::wstring TextOf(HWND window) {
+// A loaded machine can keep a window's thread busy for seconds: wait for it
+// rather than give up on a thread that merely looks hung.
+constexpr UINT kSendTimeoutMs = 30000;
+
+bool TryTextOf(HWND window, std::wstring* out) {
   DWORD_PTR length = 0;
-  if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, 5000, &length)) return {};
+  if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_NORMAL, kSendTimeoutMs, &length)) return false;
   std::wstring text(length + 1, L'\0');
   DWORD_PTR copied = 0;
-  SendMessageTimeoutW(window, WM_GETTEXT, length + 1, reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG, 5000,
-                      &copied);
+  if (!SendMessageTimeoutW(window, WM_GETTEXT, length + 1, reinterpret_cast<LPARAM>(text.data()), SMTO_NORMAL,
+                           kSendTimeoutMs, &copied))
+    return false;
   text.resize(copied);
+  *out = text;
+  return true;
+}
+
+std::wstring TextOf(HWND window) {
+  std::wstring text;
+  TryTextOf(window, &text);
   return text;
+}
+
+// Waits until the window has no update region left, that is until its thread
+// has taken a WM_PAINT for it.
+bool WaitPainted(HWND window, DWORD start, DWORD timeoutMs) {
+  while (GetUpdateRect(window, nullptr, FALSE)) {
+    if (!IsWindow(window) || GetTickCount() - start >= timeoutMs) return false;
+    Sleep(20);
+  }
+  return IsWindow(window);
 }
 
 struct WindowQuery {
@@ -172,7 +194,9 @@ void Handle(const std::vector<std::string>& f) {
   } else if (verb == "title" || verb == "text") {
     HWND window = ToWindow(arg(1));
     if (!IsWindow(window)) return Reply("err", "no window");
-    Reply("ok", Escape(TextOf(window)));
+    std::wstring text;
+    if (!TryTextOf(window, &text)) return Reply("err", "no answer from the window's thread");
+    Reply("ok", Escape(text));
   } else if (verb == "class") {
     Reply("ok", Escape(ClassOf(ToWindow(arg(1)))));
   } else if (verb == "children") {
@@ -223,7 +247,7 @@ void Handle(const std::vector<std::string>& f) {
       else Reply("err", std::to_string(GetLastError()));
     } else {
       DWORD_PTR result = 0;
-      if (SendMessageTimeoutW(window, message, wParam, lParam, SMTO_ABORTIFHUNG, 10000, &result))
+      if (SendMessageTimeoutW(window, message, wParam, lParam, SMTO_NORMAL, kSendTimeoutMs, &result))
         Reply("ok", std::to_string(static_cast<long long>(result)));
       else Reply("err", std::to_string(GetLastError()));
     }
@@ -255,6 +279,46 @@ void Handle(const std::vector<std::string>& f) {
     DWORD start = GetTickCount(), timeout = static_cast<DWORD>(Number(arg(2)));
     while (IsWindow(window) && GetTickCount() - start < timeout) Sleep(50);
     Reply(IsWindow(window) ? "err" : "ok", "");
+  } else if (verb == "settle") {
+    // settle HWND TIMEOUT_MS: answers once the window's thread has handled
+    // every message posted to it and all input queued for it before this
+    // request. A thread takes WM_PAINT only when neither kind is waiting, so
+    // the window and its children are invalidated and watched until paints
+    // took their update regions. Twice: Wine turns X events into input only
+    // when the thread goes back to waiting, which the first paint makes sure of.
+    HWND window = ToWindow(arg(1));
+    DWORD start = GetTickCount(), timeout = static_cast<DWORD>(Number(arg(2)));
+    for (int round = 0; round < 2; ++round) {
+      if (!IsWindow(window)) return Reply("err", "no window");
+      if (!IsWindowVisible(window) || IsIconic(window)) return Reply("err", "window not shown");
+      RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
+      std::vector<HWND> windows = {window};
+      EnumChildWindows(window, CollectChild, reinterpret_cast<LPARAM>(&windows));
+      for (HWND each : windows) {
+        if (!IsWindowVisible(each)) continue;
+        if (!WaitPainted(each, start, timeout)) {
+          if (!IsWindow(window)) return Reply("err", "no window");
+          if (!IsWindow(each)) continue;
+          return Reply("err", "no paint: the thread is busy or in a loop of its own");
+        }
+      }
+    }
+    Reply("ok", "");
+  } else if (verb == "focus") {
+    // focus HWND [WITHIN]: the foreground window, the keyboard focus of HWND's
+    // thread, and 1 when that focus is WITHIN (HWND when not given) or inside it.
+    HWND window = ToWindow(arg(1));
+    HWND within = f.size() > 2 ? ToWindow(arg(2)) : window;
+    DWORD thread = GetWindowThreadProcessId(window, nullptr);
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof(info);
+    if (!thread || !GetGUIThreadInfo(thread, &info)) return Reply("err", std::to_string(GetLastError()));
+    bool inside = info.hwndFocus && (info.hwndFocus == within || IsChild(within, info.hwndFocus));
+    Reply("ok", FromWindow(GetForegroundWindow()) + "\t" + FromWindow(info.hwndFocus) + "\t" + (inside ? "1" : "0"));
+  } else if (verb == "x-window") {
+    // x-window HWND: the X window Wine shows HWND in, 0 when unknown.
+    HANDLE id = GetPropW(ToWindow(arg(1)), L"__wine_x11_whole_window");
+    Reply("ok", std::to_string(reinterpret_cast<uintptr_t>(id)));
   } else if (verb == "pid") {
     DWORD pid = 0;
     GetWindowThreadProcessId(ToWindow(arg(1)), &pid);
@@ -325,8 +389,9 @@ void Handle(const std::vector<std::string>& f) {
   } else if (verb == "set-text") {
     DWORD_PTR result = 0;
     std::wstring text = ToWide(arg(2));
-    SendMessageTimeoutW(ToWindow(arg(1)), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()), SMTO_ABORTIFHUNG,
-                        5000, &result);
+    if (!SendMessageTimeoutW(ToWindow(arg(1)), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()), SMTO_NORMAL,
+                             kSendTimeoutMs, &result))
+      return Reply("err", std::to_string(GetLastError()));
     Reply("ok", std::to_string(static_cast<long long>(result)));
   } else if (verb == "move") {
     // move HWND X Y WIDTH HEIGHT
