@@ -17,6 +17,7 @@ every test that uses this module holds CTest's "loopback-443" lock.
 import fcntl
 import json
 import os
+import select
 import socket
 import ssl
 import subprocess
@@ -117,10 +118,32 @@ class _Handler(BaseHTTPRequestHandler):
             self.connection.shutdown(socket.SHUT_RDWR)
 
 
+class _Server(ThreadingHTTPServer):
+    """Counts every connection from before its accept (and TLS handshake) to
+    after its close, for wait_idle."""
+    daemon_threads = True
+    allow_reuse_address = True
+
+    def get_request(self):
+        self.mock._connection(+1)
+        try:
+            return super().get_request()
+        except BaseException:
+            self.mock._connection(-1)
+            raise
+
+    def shutdown_request(self, request):
+        try:
+            super().shutdown_request(request)
+        finally:
+            self.mock._connection(-1)
+
+
 class MockProvider:
     def __init__(self, cert_folder):
         self.ca_der, self._cert, self._key = make_certificates(cert_folder)
         self.requests = []
+        self._open_connections = 0
         self._replies = []
         self._lock = threading.Condition()
         self._server = None
@@ -129,9 +152,7 @@ class MockProvider:
     def start(self):
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(str(self._cert), str(self._key))
-        ThreadingHTTPServer.allow_reuse_address = True
-        self._server = ThreadingHTTPServer(("127.0.0.1", PORT), _Handler)
-        self._server.daemon_threads = True
+        self._server = _Server(("127.0.0.1", PORT), _Handler)
         self._server.socket = context.wrap_socket(self._server.socket, server_side=True)
         self._server.mock = self
         self._thread = threading.Thread(target=self._server.serve_forever, daemon=True)
@@ -160,6 +181,29 @@ class MockProvider:
         with self._lock:
             self.requests.append(request)
             self._lock.notify_all()
+
+    def _connection(self, change):
+        with self._lock:
+            self._open_connections += change
+            self._lock.notify_all()
+
+    def _pending_connection(self):
+        """True while a connection waits in the listening socket's backlog."""
+        return bool(select.select([self._server.socket], [], [], 0)[0])
+
+    def wait_idle(self, timeout=30):
+        """Waits until every connection made so far has been answered and
+        closed, so that requests holds all there will be from a client that
+        has ended; returns requests. Raises when the time is up."""
+        deadline = time.monotonic() + timeout
+        with self._lock:
+            while self._open_connections or self._pending_connection():
+                left = deadline - time.monotonic()
+                if left <= 0:
+                    raise AssertionError(f"the mock provider still had {self._open_connections} connection(s) "
+                                         f"after {timeout} s")
+                self._lock.wait(min(left, 0.05))
+            return list(self.requests)
 
     def wait_requests(self, count, timeout=30):
         """Waits until count requests have arrived; returns them."""
