@@ -27,6 +27,7 @@ WORK = BUILD / "e2e-work"
 WM_CLOSE = 0x0010
 WM_COMMAND = 0x0111
 WM_GETTEXTLENGTH = 0x000E
+FILE_NAME_FIELDS = (0x47C, 0x480)  # the file-name field of the common file dialogs, old style and new
 
 QUIET_WINE = ("wine32 is missing", "multiarch needs", "dpkg --add-architecture", "apt-get install wine32")
 
@@ -101,6 +102,10 @@ def utf16_field(text, units):
 
 class ProbeError(RuntimeError):
     pass
+
+
+class WaitTimeout(AssertionError):
+    """A wait that ran out of time: the test fails."""
 
 
 _ODS = re.compile(r'warn:seh:OutputDebugStringA "(.*)"$')
@@ -346,35 +351,106 @@ class TavroSession:
     def alive(self, hwnd):
         return self.request("alive", hwnd) == "1"
 
-    def wait_gone(self, hwnd, timeout=20):
+    def wait_gone(self, hwnd, timeout=30):
         self.request("wait-gone", hwnd, int(timeout * 1000))
 
-    def wait_for(self, read, expected, timeout=20):
-        """Polls read() until it returns expected; returns the last value."""
+    def wait_for(self, read, expected, timeout=30, what=None):
+        """Polls read() until it returns expected and returns it; fails the
+        test when the time is up."""
+        return self.wait_until(read, lambda value: value == expected, timeout,
+                               what or f"the value {expected!r}")
+
+    def wait_until(self, read, check=bool, timeout=30, what="the condition"):
+        """Polls read() until check(value) holds and returns that value;
+        fails the test when the time is up."""
         deadline = time.monotonic() + timeout
         value = read()
-        while value != expected and time.monotonic() < deadline:
+        while not check(value):
+            if time.monotonic() > deadline:
+                raise WaitTimeout(f"waited {timeout} s for {what}; last value: {value!r}")
             time.sleep(0.1)
             value = read()
         return value
 
+    def settle(self, hwnd, timeout=30):
+        """Returns once the thread of hwnd has handled every message posted to
+        it and all input (keys, clicks) sent to it so far; see the probe."""
+        self.request("settle", hwnd, int(timeout * 1000))
+
+    def focus(self, hwnd, within=None):
+        """(foreground window, focus of hwnd's thread, whether that focus is
+        within, or hwnd, or inside it)."""
+        fields = self.request("focus", hwnd, *([within] if within else [])).split("\t")
+        return int(fields[0]), int(fields[1]), fields[2] == "1"
+
+    def wait_focus(self, hwnd, within=None, timeout=30):
+        """Waits until hwnd is the foreground window and its thread's keyboard
+        focus is within (or hwnd, or inside it): keys then go there."""
+        self.wait_until(lambda: self.focus(hwnd, within), lambda f: f[0] == hwnd and f[2], timeout,
+                        f"the keyboard focus in window {within or hwnd} of {hwnd}")
+
+    # -- common file dialogs ------------------------------------------------
+    def file_dialog(self, title, timeout=30):
+        """An Open or Save As dialog once it is ready for a file name: the
+        dialog and its file-name field. The dialog fills itself in after it
+        shows; it is ready when that field exists and has the keyboard."""
+        dialog = self.find_dialog(title, timeout)
+        name = self.wait_until(lambda: next((row["hwnd"] for row in self.children(dialog)
+                                             if row["id"] in FILE_NAME_FIELDS and row["cls"] == "Edit"
+                                             and row["visible"]), None),
+                               timeout=timeout, what=f"the file-name field of {title!r}")
+        self.wait_focus(dialog, name, timeout)
+        return dialog, name
+
+    def enter_file_name(self, dialog, name, path):
+        """Types the path into the field and presses Enter once the field
+        shows all of it."""
+        self.type(windows_path(path), window=dialog, focus=name)
+        self.wait_for(lambda: self.text(name), windows_path(path), what="the typed path in the file-name field")
+        self.keys("Return", window=dialog, focus=name)
+
     # -- keyboard through X ------------------------------------------------
-    def _x_window(self, title_regex):
+    def top_window(self, title_regex, timeout=30):
+        """The visible top-level window whose title matches; the foreground
+        one when several do."""
+        def matches():
+            return [row["hwnd"] for row in self.windows("") if re.search(title_regex, row["text"])]
+        rows = self.wait_until(matches, timeout=timeout, what=f"a window titled {title_regex}")
+        foreground = int(self.request("foreground"))
+        return foreground if foreground in rows else rows[0]
+
+    def _x_window(self, hwnd, title_regex):
+        x_window = self.request("x-window", hwnd)
+        if x_window != "0":
+            return x_window
         out = subprocess.run(["xdotool", "search", "--name", title_regex], env=self.env, capture_output=True,
-                             text=True).stdout.split()
+                             text=True, timeout=60).stdout.split()
         if not out:
             raise ProbeError(f"no X window named {title_regex}")
         return out[0]
 
-    def keys(self, *keys, title_regex="^Tavro"):
-        window = self._x_window(title_regex)
-        subprocess.run(["xdotool", "windowfocus", "--sync", window], env=self.env, check=True)
-        subprocess.run(["xdotool", "key", "--delay", "40", *keys], env=self.env, check=True)
+    def _input(self, args, title_regex, window, focus, settle):
+        """Focuses the window (found by title unless given) in X and waits
+        until Windows gives it the keyboard (focus: in that control), sends
+        the input, then waits until the window's thread has handled it. A
+        window the input closed counts as done."""
+        hwnd = window or self.top_window(title_regex)
+        subprocess.run(["xdotool", "windowfocus", "--sync", self._x_window(hwnd, title_regex)], env=self.env,
+                       check=True, timeout=60)
+        self.wait_focus(hwnd, focus)
+        subprocess.run(["xdotool", *args], env=self.env, check=True, timeout=300)
+        if settle:
+            try:
+                self.settle(hwnd)
+            except ProbeError:
+                if self.alive(hwnd):
+                    raise
 
-    def type(self, text, title_regex="^Tavro"):
-        window = self._x_window(title_regex)
-        subprocess.run(["xdotool", "windowfocus", "--sync", window], env=self.env, check=True)
-        subprocess.run(["xdotool", "type", "--delay", "30", text], env=self.env, check=True)
+    def keys(self, *keys, title_regex="^Tavro", window=None, focus=None, settle=True):
+        self._input(["key", "--delay", "40", *keys], title_regex, window, focus, settle)
+
+    def type(self, text, title_regex="^Tavro", window=None, focus=None, settle=True):
+        self._input(["type", "--delay", "30", text], title_regex, window, focus, settle)
 
     # -- settings file -----------------------------------------------------
     def settings_path(self, profile=None):
@@ -405,12 +481,10 @@ class TavroSession:
                 lines.append(_unescape_wine(match.group(1)))
         return lines
 
-    def wait_log(self, line, timeout=20):
-        deadline = time.monotonic() + timeout
-        while line not in self.log_lines():
-            if time.monotonic() > deadline:
-                return False
-            time.sleep(0.1)
+    def wait_log(self, line, timeout=30):
+        """Waits until the program has written that debug line; fails the
+        test when the time is up."""
+        self.wait_until(lambda: line in self.log_lines(), timeout=timeout, what=f"the log line {line!r}")
         return True
 
     def screenshot(self, name):
@@ -418,6 +492,11 @@ class TavroSession:
         subprocess.run(["import", "-display", self.display, "-window", "root", f"png24:{path}"], check=True,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         return path
+
+    def screenshot_until(self, name, check, timeout=30, what="the expected picture"):
+        """Takes screenshots until check(png) holds and returns that one; fails
+        the test when the time is up."""
+        return self.wait_until(lambda: self.screenshot(name), check, timeout, what)
 
     def pixel(self, png, x, y):
         """(r, g, b) of one pixel of a screenshot."""
@@ -444,6 +523,19 @@ class TavroTestCase(unittest.TestCase):
     def setUp(self):
         self.tavro = TavroSession(self.id().split(".", 1)[-1])
         self.addCleanup(self.tavro.stop)
+        self.addCleanup(self._screen_at_failure)
+
+    def _screen_at_failure(self):
+        """The screen as a failing test left it, kept beside its log."""
+        result = getattr(getattr(self, "_outcome", None), "result", None)
+        failed = result is not None and any(getattr(test, "test_case", test) is self
+                                             for test, _ in result.failures + result.errors)
+        if not failed or self.tavro._xvfb is None or self.tavro._xvfb.poll() is not None:
+            return
+        try:
+            self.tavro.screenshot("at-failure")
+        except (OSError, subprocess.SubprocessError):
+            pass
 
     def write_file(self, name, data):
         path = self.tavro.work / name
