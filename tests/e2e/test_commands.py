@@ -1,7 +1,5 @@
 """Commands through keys and WM_COMMAND: accelerators, Open, transparency,
 themes, line numbers, word wrap and the Markdown preview's line limit."""
-import time
-
 import harness
 from harness import TavroTestCase, windows_path
 
@@ -39,11 +37,10 @@ class CommandsTest(TavroTestCase):
         doc = self.write_file("chosen.txt", "opened through the dialog")
         main, editor = self.start()
         self.tavro.keys("ctrl+o")
-        dialog = self.tavro.find_dialog("Open File - Tavro")
-        time.sleep(1)
+        dialog, name = self.tavro.file_dialog("Open File - Tavro")
+        self.tavro.settle(dialog)  # painted, for the picture
         self.tavro.screenshot("open-dialog")
-        self.tavro.type(windows_path(doc), title_regex="^Open File - Tavro$")
-        self.tavro.keys("Return", title_regex="^Open File - Tavro$")
+        self.tavro.enter_file_name(dialog, name, doc)
         self.tavro.wait_gone(dialog)
         self.assertEqual(self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - chosen.txt"), "Tavro - chosen.txt")
         self.assertEqual(self.tavro.text(editor), "opened through the dialog")
@@ -92,8 +89,10 @@ class CommandsTest(TavroTestCase):
         doc = self.write_file("big.md", "line\r\n" * 29999 + "last")
         main, _ = self.start(windows_path(doc))
         self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - big.md")
-        self.tavro.command(main, 3201)
-        time.sleep(1.5)
+        # Sent, the command returns only once handled; a question would keep
+        # it from returning.
+        self.tavro.send(main, harness.WM_COMMAND, 3201)
+        self.tavro.settle(main)  # and anything it posted
         self.assertEqual([row["cls"] for row in self.tavro.windows("")], ["TavroMainWindow"])
 
 

@@ -2,7 +2,6 @@
 route and the stream route, the BOM rule, and the prompt before closing."""
 import os
 import shutil
-import time
 
 import harness
 from harness import TavroTestCase, windows_path
@@ -12,6 +11,7 @@ CMD_SAVE = 1003
 CMD_SAVE_AS = 1004
 SCI_SETTEXT = 2181
 SCI_GOTOPOS = 2025
+SAVE_AS = "Save As - Tavro"
 
 
 class SaveTest(TavroTestCase):
@@ -27,13 +27,15 @@ class SaveTest(TavroTestCase):
             self.tavro.wait_for(lambda: self.tavro.title(main), f"Tavro - {name}")
         return main, editor
 
-    def save_as_through_dialog(self, main, target):
+    def open_save_as(self, main):
         self.tavro.command(main, CMD_SAVE_AS)
-        dialog = self.tavro.find_dialog("Save As - Tavro")
-        time.sleep(1)  # let the dialog paint its controls before the picture
+        return self.tavro.file_dialog(SAVE_AS)
+
+    def save_as_through_dialog(self, main, target):
+        dialog, name = self.open_save_as(main)
+        self.tavro.settle(dialog)  # painted, for the picture
         self.tavro.screenshot("save-as-dialog")
-        self.tavro.type(windows_path(target), title_regex="^Save As - Tavro$")
-        self.tavro.keys("Return", title_regex="^Save As - Tavro$")
+        self.tavro.enter_file_name(dialog, name, target)
         self.tavro.wait_gone(dialog)
 
     def test_new_type_save_as_then_edit_and_save(self):
@@ -59,9 +61,10 @@ class SaveTest(TavroTestCase):
         main, editor = self.start_with()
         self.tavro.type("draft")
         self.tavro.command(main, CMD_SAVE)
-        dialog = self.tavro.find_dialog("Save As - Tavro")
+        dialog = self.tavro.find_dialog(SAVE_AS)
         self.tavro.press(dialog, "Cancel")
         self.tavro.wait_gone(dialog)
+        self.tavro.settle(main)  # whatever the cancelled save went on to do is done
         self.assertEqual(self.tavro.title(main), "Tavro - Untitled *")
         self.assertEqual(self.tavro.text(editor), "draft")
 
@@ -110,6 +113,7 @@ class SaveTest(TavroTestCase):
         self.assertEqual(self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - renamed.txt"),
                          "Tavro - renamed.txt")
         self.assertEqual((self.tavro.work / "old.txt").read_bytes(), b"old plus")
+        self.tavro.settle(main)
         self.assertFalse(target.exists())
 
     def test_save_that_cannot_open_its_file_reports_and_keeps_the_document_modified(self):
@@ -117,23 +121,21 @@ class SaveTest(TavroTestCase):
         self.tavro.type("precious")
         target = self.tavro.work / "locked.txt"
         self.tavro.request("hold-file", windows_path(target))  # no sharing at all
-        self.tavro.command(main, CMD_SAVE_AS)
-        dialog = self.tavro.find_dialog("Save As - Tavro")
-        self.tavro.type(windows_path(target), title_regex="^Save As - Tavro$")
-        self.tavro.keys("Return", title_regex="^Save As - Tavro$")
+        dialog, name = self.open_save_as(main)
+        self.tavro.enter_file_name(dialog, name, target)
         # The file exists (held open), so the dialog asks to replace it first,
         # in a box with the dialog's own title.
-        deadline = time.monotonic() + 15
-        confirm = None
-        while confirm is None and time.monotonic() < deadline:
-            confirm = next((row["hwnd"] for row in self.tavro.windows("#32770")
-                            if row["text"] == "Save As - Tavro" and row["hwnd"] != dialog), None)
-            time.sleep(0.1)
-        self.assertIsNotNone(confirm, "no replace question")
+        confirm = self.tavro.wait_until(
+            lambda: next((row["hwnd"] for row in self.tavro.windows("#32770")
+                          if row["text"] == SAVE_AS and row["hwnd"] != dialog), None),
+            what="the question whether to replace the file")
         self.tavro.press(confirm, "Yes")
         box = self.tavro.find_dialog("Tavro \u00e2\u20ac\u201d Error")
         self.assertIn("Cannot save file.", self.tavro.dialog_texts(box))
         self.tavro.press(box, "OK")
+        self.tavro.wait_gone(box)
+        self.tavro.wait_gone(dialog)
+        self.tavro.settle(main)
         # Nothing is lost: the text stays and the document stays modified (the
         # title is only refreshed by a save that ran).
         self.assertEqual(self.tavro.title(main), "Tavro - Untitled *")
@@ -163,6 +165,7 @@ class ClosePromptTest(TavroTestCase):
         self.tavro.screenshot("close-prompt")
         self.tavro.press(box, "Cancel")
         self.tavro.wait_gone(box)
+        self.tavro.settle(main)  # the close that was cancelled has run to its end
         self.assertTrue(self.tavro.alive(main))
         self.assertEqual(path.read_bytes(), b"original")
 
@@ -204,9 +207,8 @@ class ClosePromptTest(TavroTestCase):
         main, path = self.start_modified("kept.txt", "kept text")
         binary = self.write_file("picture.png", b"\x89PNG\r\n\x1a\n" + bytes(64))
         self.tavro.keys("ctrl+o")
-        dialog = self.tavro.find_dialog("Open File - Tavro")
-        self.tavro.type(windows_path(binary), title_regex="^Open File - Tavro$")
-        self.tavro.keys("Return", title_regex="^Open File - Tavro$")
+        dialog, name = self.tavro.file_dialog("Open File - Tavro")
+        self.tavro.enter_file_name(dialog, name, binary)
         self.tavro.wait_gone(dialog)
         refusal = self.tavro.find_dialog("Tavro - Cannot Open")
         self.tavro.press(refusal, "OK")
