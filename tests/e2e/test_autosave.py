@@ -1,7 +1,5 @@
 """Auto-save ticks of timer 5001: a modified document with a path is saved
 without a word, an untitled one never, also while a prompt is open."""
-import time
-
 import harness
 from harness import TavroTestCase, windows_path
 
@@ -25,6 +23,7 @@ class AutoSaveTest(TavroTestCase):
         self.tavro.post(main, WM_TIMER, AUTO_SAVE_TIMER)
         self.assertEqual(self.tavro.wait_for(path.read_bytes, b"start more"), b"start more")
         self.assertEqual(self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - auto.txt"), "Tavro - auto.txt")
+        self.tavro.settle(main)  # no word: nothing else was shown meanwhile
         self.assertEqual([row["cls"] for row in self.tavro.windows("")], ["TavroMainWindow"])
 
     def test_tick_leaves_an_untitled_document_alone(self):
@@ -32,10 +31,11 @@ class AutoSaveTest(TavroTestCase):
         main = self.tavro.main_window()
         self.tavro.type("never saved")
         self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - Untitled *")
-        self.tavro.post(main, WM_TIMER, AUTO_SAVE_TIMER)
-        self.tavro.post(main, WM_TIMER, AUTO_SAVE_TIMER)
-        # Posted ticks run after any message sent from here, so give them time.
-        time.sleep(1.5)
+        # A sent tick returns only once the window has handled it (a Save As
+        # dialog would keep it from returning).
+        self.tavro.send(main, WM_TIMER, AUTO_SAVE_TIMER)
+        self.tavro.send(main, WM_TIMER, AUTO_SAVE_TIMER)
+        self.tavro.settle(main)  # and anything the ticks posted
         self.assertEqual(self.tavro.title(main), "Tavro - Untitled *")
         # No Save As dialog appeared.
         self.assertEqual([row["cls"] for row in self.tavro.windows("")], ["TavroMainWindow"])

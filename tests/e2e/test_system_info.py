@@ -30,13 +30,13 @@ class SystemInfoFileTest(TavroTestCase):
     def test_a_tick_in_ai_mod_rewrites_the_file_read_only(self):
         main = self.start_in_mode(1)
         path = self.info_path()
-        if path.exists():  # the start may already have written it
+        self.tavro.settle(main)  # what the start posted is done
+        if path.exists():  # the start may have written it
             os.chmod(path, 0o644)
             path.unlink()
-        self.tavro.post(main, WM_TIMER, SYSTEM_INFO_TIMER)
-        deadline = time.monotonic() + 20
-        while not path.exists() and time.monotonic() < deadline:
-            time.sleep(0.1)
+        # Sent, the tick returns once the file is written.
+        self.tavro.send(main, WM_TIMER, SYSTEM_INFO_TIMER)
+        self.assertTrue(path.exists())
         data = path.read_bytes()
         self.assertTrue(data.startswith(b"# QORL System Information\n# Generated: "), data[:80])
         self.assertNotIn(b"\r", data)
@@ -51,20 +51,21 @@ class SystemInfoFileTest(TavroTestCase):
         self.assertFalse(os.stat(path).st_mode & stat.S_IWUSR)
         # The next tick writes it again over the read-only attribute.
         first_generated = text.splitlines()[1]
-        time.sleep(1.1)
-        self.tavro.post(main, WM_TIMER, SYSTEM_INFO_TIMER)
-        deadline = time.monotonic() + 20
-        while path.read_text("utf-8").splitlines()[1] == first_generated and time.monotonic() < deadline:
-            time.sleep(0.1)
+        # The stamp counts whole seconds: the next write must fall in a later one.
+        written_by = time.time()
+        self.tavro.wait_until(lambda: int(time.time()) > int(written_by), what="the next second")
+        self.tavro.send(main, WM_TIMER, SYSTEM_INFO_TIMER)
         self.assertNotEqual(path.read_text("utf-8").splitlines()[1], first_generated)
 
     def test_a_tick_in_classic_mode_does_nothing(self):
         main = self.start_in_mode(0)
         path = self.info_path()
+        self.tavro.settle(main)  # what the start posted is done
         self.assertFalse(path.exists())
-        self.tavro.post(main, WM_TIMER, SYSTEM_INFO_TIMER)
-        self.tavro.post(main, WM_TIMER, SYSTEM_INFO_TIMER)
-        time.sleep(1.5)
+        # Sent, each tick returns once handled.
+        self.tavro.send(main, WM_TIMER, SYSTEM_INFO_TIMER)
+        self.tavro.send(main, WM_TIMER, SYSTEM_INFO_TIMER)
+        self.tavro.settle(main)
         self.assertFalse(path.exists())
         self.assertTrue(self.tavro.alive(main))
 
