@@ -34,7 +34,7 @@ class RequestTests(TransportCase):
                             "request", "Hello \"you\"", "u:first", "a:second")
         self.assertEvents(events, [("answer", "Hi there \u00e9"), "ended", "done"])
         self.assertEqual(events[-1]["busy"], 0)
-        [request] = mock.requests
+        [request] = mock.wait_idle()
         self.assertEqual(request.method, "POST")
         self.assertEqual(request.path, "/v1/chat/completions")
         self.assertEqual(request.headers["Host"], "localhost")
@@ -56,7 +56,7 @@ class RequestTests(TransportCase):
         events = self.drive("--provider", "2", "--key", "k", "--endpoint", "http://localhost/custom/chat", "request",
                             "x")
         self.assertEvents(events, [("answer", "OK"), "ended", "done"])
-        self.assertEqual([r.path for r in mock.requests], ["/custom/chat"])
+        self.assertEqual([r.path for r in mock.wait_idle()], ["/custom/chat"])
 
     def test_endpoints_that_must_not_reach_the_custom_host(self):
         mock = self.tavro.mock_provider()
@@ -69,7 +69,7 @@ class RequestTests(TransportCase):
             with self.subTest(args=args):
                 events = self.drive(*args, "request", "x")
                 self.assertEvents(events, [("failed", "HTTP request failed"), "ended", "done"])
-        self.assertEqual(mock.requests, [])
+        self.assertEqual(mock.wait_idle(), [])
 
     def test_each_status_and_its_text(self):
         mock = self.tavro.mock_provider()
@@ -105,7 +105,7 @@ class RequestTests(TransportCase):
     def test_an_untrusted_certificate_fails_the_request(self):
         mock = self.tavro.mock_provider(trusted=False)
         self.assertEvents(self.drive(*MISTRAL, "request", "x"), [("failed", "HTTP request failed"), "ended", "done"])
-        self.assertEqual(mock.requests, [])
+        self.assertEqual(mock.wait_idle(), [])
 
     def test_refusals_before_any_request(self):
         mock = self.tavro.mock_provider()
@@ -123,7 +123,7 @@ class RequestTests(TransportCase):
         # Without a session the failure comes alone: no end message.
         self.assertEvents(self.drive("--no-session", *MISTRAL, "request", "x"),
                           [("failed", "WinHTTP session not initialized"), "done"])
-        self.assertEqual(mock.requests, [])
+        self.assertEqual(mock.wait_idle(), [])
 
 
 class StopTests(TransportCase):
@@ -138,7 +138,7 @@ class StopTests(TransportCase):
         self.assertEqual(events[0], {"event": "stopped", "busy": 1})
         self.assertEvents(events[1:], [("failed", CANCELLED), "done"])
         self.assertEqual(events[-1]["busy"], 0)
-        self.assertEqual(len(mock.requests), 1)
+        self.assertEqual(len(mock.wait_idle()), 1)
 
     def test_a_failure_after_stop_is_still_posted(self):
         mock = self.tavro.mock_provider()
@@ -152,8 +152,7 @@ class StopTests(TransportCase):
         events = self.drive(*MISTRAL, "request-twice", "x")
         self.assertEqual(events[0], {"event": "second", "same_worker": True})
         self.assertEvents(events[1:], [("answer", "first"), "ended", "done"])
-        time.sleep(0.5)
-        self.assertEqual(len(mock.requests), 1)
+        self.assertEqual(len(mock.wait_idle()), 1)
         self.assertEqual(mock.requests[0].json()["messages"][-1]["content"], "x")
 
     def test_cancel_set_before_the_request_sends_nothing(self):
@@ -162,7 +161,7 @@ class StopTests(TransportCase):
         # A Stop before the connection test still fails it.
         self.assertEqual(self.drive(*MISTRAL, "test-connection-after-stop")[0],
                          {"event": "test", "ok": False, "error": CANCELLED})
-        self.assertEqual(mock.requests, [])
+        self.assertEqual(mock.wait_idle(), [])
 
     def test_the_key_appears_in_no_debug_line_and_no_file(self):
         mock = self.tavro.mock_provider()
@@ -199,7 +198,7 @@ class ConnectionTestTests(TransportCase):
         mock.reply(401, b'{"error":{"message":"Invalid API Key"}}')
         self.assertEqual(self.drive(*args, "test-connection")[0],
                          {"event": "test", "ok": False, "error": "HTTP 401: Invalid API Key"})
-        self.assertEqual(len(mock.requests), 4)
+        self.assertEqual(len(mock.wait_idle()), 4)
 
     def test_refusals_of_the_connection_test(self):
         mock = self.tavro.mock_provider()
@@ -219,7 +218,7 @@ class ConnectionTestTests(TransportCase):
             with self.subTest(text=text):
                 self.assertEqual(self.drive(*args, "--endpoint", "https://localhost/v1", "test-connection")[0],
                                  {"event": "test", "ok": False, "error": text})
-        self.assertEqual(mock.requests, [])
+        self.assertEqual(mock.wait_idle(), [])
 
 
 if __name__ == "__main__":
