@@ -1,7 +1,5 @@
 """The main window as hub: children laid out, title and status bar following
 the document, the line-number strip, minimum size, closing other profiles."""
-import time
-
 import harness
 from harness import TavroTestCase, windows_path
 
@@ -22,7 +20,7 @@ class MainWindowTest(TavroTestCase):
     def test_children_follow_a_resize(self):
         main, _ = self.start()
         self.tavro.move(main, 20, 20, 1000, 700)
-        time.sleep(0.5)
+        self.tavro.settle(main)  # the resize and whatever it posted are handled
         width, height, _, _ = self.tavro.client(main)
         boxes = self.tavro.child_boxes(main)
         sx, sy, sw, sh = boxes[STATUS]
@@ -33,7 +31,7 @@ class MainWindowTest(TavroTestCase):
         self.assertEqual(editor, (strip[2], 44, width - strip[2], height - sh - 44))
         self.assertEqual(strip[3], editor[3])
         self.tavro.move(main, 20, 20, 800, 600)
-        time.sleep(0.5)
+        self.tavro.settle(main)
         width, height, _, _ = self.tavro.client(main)
         editor = self.tavro.child_boxes(main)["Scintilla"]
         self.assertEqual(editor[0] + editor[2], width)
@@ -42,7 +40,7 @@ class MainWindowTest(TavroTestCase):
     def test_window_never_gets_smaller_than_640_by_480(self):
         main, _ = self.start()
         self.tavro.move(main, 0, 0, 300, 200)
-        time.sleep(0.5)
+        self.tavro.settle(main)
         row = next(r for r in self.tavro.windows("TavroMainWindow") if r["hwnd"] == main)
         self.assertEqual((row["right"] - row["left"], row["bottom"] - row["top"]), (640, 480))
 
@@ -61,8 +59,8 @@ class MainWindowTest(TavroTestCase):
         main, editor = self.start()
         narrow = self.tavro.child_boxes(main)["TavroMargin"][2]
         self.tavro.send(editor, SCI_SETZOOM, 8)
-        self.tavro.wait_for(lambda: self.tavro.child_boxes(main)["TavroMargin"][2], narrow + 1, timeout=2)
-        self.assertGreater(self.tavro.child_boxes(main)["TavroMargin"][2], narrow)
+        self.tavro.wait_until(lambda: self.tavro.child_boxes(main)["TavroMargin"][2], lambda width: width > narrow,
+                              what=f"a strip wider than {narrow}")
         self.tavro.send(editor, SCI_SETZOOM, 0)
         self.assertEqual(self.tavro.wait_for(lambda: self.tavro.child_boxes(main)["TavroMargin"][2], narrow), narrow)
         doc = self.write_file("long.txt", "".join(f"{n}\r\n" for n in range(1200)))
@@ -71,8 +69,9 @@ class MainWindowTest(TavroTestCase):
         self.addCleanup(self.tavro.stop)
         main, editor = self.start(windows_path(doc))
         self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - long.txt")
-        wide = self.tavro.wait_for(lambda: self.tavro.child_boxes(main)["TavroMargin"][2], narrow + 1, timeout=3)
-        self.assertGreater(wide, narrow)  # four digits instead of three
+        # Four digits instead of three.
+        self.tavro.wait_until(lambda: self.tavro.child_boxes(main)["TavroMargin"][2], lambda width: width > narrow,
+                              what=f"a strip wider than {narrow}")
         self.tavro.screenshot("four-digit-strip")
 
     def test_closing_the_default_instance_closes_other_profiles(self):
@@ -96,6 +95,7 @@ class MainWindowTest(TavroTestCase):
         self.assertIn('Save changes to "Untitled"?', self.tavro.dialog_texts(box))
         self.tavro.press(box, "Cancel")
         self.tavro.wait_gone(box)
+        self.tavro.settle(work)  # the cancelled close has run to its end
         self.assertTrue(self.tavro.alive(work))
         self.assertIsNone(work_process.poll())
 
@@ -105,6 +105,7 @@ class MainWindowTest(TavroTestCase):
         work = self.tavro.find_window("TavroMainWindow", "Tavro  [ work ]  Untitled")
         self.tavro.post(work, harness.WM_CLOSE)
         self.assertEqual(self.tavro.wait_exit(process=work_process), 0)
+        self.tavro.settle(main)  # anything the closing profile asked of it is handled
         self.assertTrue(self.tavro.alive(main))
 
     def test_destroy_logs_in_order(self):

@@ -1,7 +1,6 @@
 """The editor's dark context menu on the real window: it opens on the right
 button, paints in the theme's menu colours and its items send commands."""
 import subprocess
-import time
 
 import harness
 from harness import TavroTestCase
@@ -22,14 +21,7 @@ class MenusTest(TavroTestCase):
     def open_menu(self, main, editor):
         box = self.tavro.child(main, "Scintilla")
         self.xdotool("mousemove", box["left"] + 200, box["top"] + 150, "click", 3)
-        deadline = time.monotonic() + 10
-        while time.monotonic() < deadline:
-            popups = self.tavro.windows("#32768")
-            if popups:
-                time.sleep(0.5)
-                return popups[0]
-            time.sleep(0.1)
-        self.fail("no popup menu")
+        return self.tavro.wait_until(lambda: self.tavro.windows("#32768"), what="the popup menu")[0]
 
     def test_menu_opens_in_the_theme_and_select_all_works(self):
         self.tavro.start()
@@ -39,9 +31,15 @@ class MenusTest(TavroTestCase):
         for index in (0, 1):
             self.tavro.send(main, WM_THEME_CHANGED, index)
             menu = self.open_menu(main, editor)
-            shot = self.tavro.screenshot(f"menu-theme-{index}")
-            # Between the label and the shortcut of the Undo row.
-            self.assertEqual(self.tavro.pixel(shot, menu["left"] + 150, menu["top"] + 12), MENU_BACKGROUND[index])
+            # Between the label and the shortcut of the Undo row, once the menu has painted.
+            point = (menu["left"] + 150, menu["top"] + 12)
+            try:
+                shot = self.tavro.screenshot_until(f"menu-theme-{index}",
+                                                   lambda png: self.tavro.pixel(png, *point) == MENU_BACKGROUND[index],
+                                                   what="the menu painted in the theme")
+            except harness.WaitTimeout:
+                shot = self.tavro.screenshot(f"menu-theme-{index}")
+            self.assertEqual(self.tavro.pixel(shot, *point), MENU_BACKGROUND[index])
             self.assertGreaterEqual(menu["right"] - menu["left"], 190)
             if index == 0:
                 self.tavro.keys("Escape", title_regex="^Tavro")
@@ -58,7 +56,9 @@ class MenusTest(TavroTestCase):
         viewer = self.tavro.find_window("TavroMainWindow", "Tavro Viewer - v.txt")
         box = self.tavro.child(viewer, "Scintilla")
         self.xdotool("mousemove", box["left"] + 100, box["top"] + 100, "click", 3)
-        time.sleep(1.5)
+        # The click is handled (a menu would open inside that) before the
+        # Viewer paints again.
+        self.tavro.settle(viewer)
         self.assertEqual(self.tavro.windows("#32768"), [])
 
 
