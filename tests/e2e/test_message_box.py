@@ -61,13 +61,13 @@ class MessageBoxTest(TavroTestCase):
         self.assertEqual(self.tavro.pixel(png, x, y), rgb(hex_colour), f"{what} at {x},{y}")
 
     def settled_screenshot(self, name, x, y, expected):
-        """A screenshot once the box has painted the point x, y."""
-        deadline = time.monotonic() + 10
-        while True:
-            png = self.tavro.screenshot(name)
-            if self.tavro.pixel(png, x, y) == expected or time.monotonic() > deadline:
-                return png
-            time.sleep(0.2)
+        """A screenshot once the box has painted the point x, y in the expected
+        colour, or the last one when the time is up, for the asserts to explain."""
+        try:
+            return self.tavro.screenshot_until(name, lambda png: self.tavro.pixel(png, x, y) == expected,
+                                               what=f"{expected} at {x},{y}")
+        except harness.WaitTimeout:
+            return self.tavro.screenshot(name)
 
     def check_kind(self, kind, title, text):
         """Each button of the kind, one box at a time, gives its result."""

@@ -1,7 +1,5 @@
 """The six themes on the real main window: editor paper and ink sampled from
 the screen match the table, the choice is saved, bad indexes read row 0."""
-import time
-
 import harness
 from harness import TavroTestCase, windows_path
 
@@ -30,20 +28,29 @@ class ThemesTest(TavroTestCase):
         self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - blocks.txt")
         return main, self.tavro.child(main, "Scintilla")
 
-    def paper_and_ink(self, name, editor):
-        time.sleep(0.5)
-        shot = self.tavro.screenshot(name)
-        self.last_shot = shot
+    def paper_and_ink(self, shot, editor):
         paper = self.tavro.pixel(shot, editor["right"] - 60, editor["bottom"] - 60)
         # The middle of the second row of full blocks, clear of their edges.
         ink = self.tavro.pixel(shot, editor["left"] + 30, editor["top"] + 30)
         return paper, ink
 
-    def status_fill(self, main):
+    def status_fill(self, shot, main):
         """A pixel of the status bar's empty selection part, clear of text and lines."""
         status = self.tavro.child(main, "msctls_statusbar32")
         x = status["right"] - 510 + 50
-        return self.tavro.pixel(self.last_shot, x, (status["top"] + status["bottom"]) // 2 + 1)
+        return self.tavro.pixel(shot, x, (status["top"] + status["bottom"]) // 2 + 1)
+
+    def painted(self, name, main, editor, row):
+        """A screenshot once the window has repainted in the row's colours, or
+        the last one taken when the time is up, for the asserts to explain."""
+        self.tavro.settle(main)
+        wanted = ROWS[row][1:]
+        try:
+            return self.tavro.screenshot_until(
+                name, lambda shot: self.paper_and_ink(shot, editor) == wanted
+                and self.status_fill(shot, main) == STATUS_BACKGROUNDS[row], what=f"the colours of row {row}")
+        except harness.WaitTimeout:
+            return self.tavro.screenshot(name)
 
     def stored_index(self):
         data = self.tavro.settings_path().read_bytes()
@@ -53,18 +60,19 @@ class ThemesTest(TavroTestCase):
         main, editor = self.open_blocks()
         for index, (name, paper, ink) in enumerate(ROWS):
             self.tavro.send(main, WM_THEME_CHANGED, index)
-            got_paper, got_ink = self.paper_and_ink(name.replace(" ", "-"), editor)
+            shot = self.painted(name.replace(" ", "-"), main, editor, index)
+            got_paper, got_ink = self.paper_and_ink(shot, editor)
             self.assertEqual(got_paper, paper, name)
             self.assertEqual(got_ink, ink, name)
-            self.assertEqual(self.status_fill(main), STATUS_BACKGROUNDS[index], name)
+            self.assertEqual(self.status_fill(shot, main), STATUS_BACKGROUNDS[index], name)
             self.assertEqual(self.stored_index(), index, name)
 
     def test_index_six_changes_nothing(self):
         main, editor = self.open_blocks()
         self.tavro.send(main, WM_THEME_CHANGED, 5)
         self.tavro.send(main, WM_THEME_CHANGED, 6)
-        paper, ink = self.paper_and_ink("after-six", editor)
-        self.assertEqual((paper, ink), ROWS[5][1:])
+        shot = self.painted("after-six", main, editor, 5)
+        self.assertEqual(self.paper_and_ink(shot, editor), ROWS[5][1:])
         self.assertEqual(self.stored_index(), 5)
 
     def test_stored_index_nine_paints_row_zero_and_stays_nine(self):
@@ -75,8 +83,8 @@ class ThemesTest(TavroTestCase):
         self.tavro.process = None
         self.tavro.patch_settings({0: (9).to_bytes(4, "little")})
         main, editor = self.open_blocks()
-        paper, ink = self.paper_and_ink("index-nine", editor)
-        self.assertEqual((paper, ink), ROWS[0][1:])
+        shot = self.painted("index-nine", main, editor, 0)
+        self.assertEqual(self.paper_and_ink(shot, editor), ROWS[0][1:])
         self.assertEqual(self.stored_index(), 9)
 
 
