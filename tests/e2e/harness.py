@@ -47,12 +47,21 @@ def _wine_env(prefix, display=None):
     return env
 
 
+def wine_version():
+    """What `wine --version` prints, such as "wine-8.0 (Debian 8.0~repack-4)"."""
+    return subprocess.run(["wine", "--version"], stdin=subprocess.DEVNULL, capture_output=True, text=True,
+                          check=True).stdout.strip()
+
+
 def ensure_template():
-    """A booted prefix that every test copies; made once per build folder."""
+    """A booted prefix that every test copies; made once per build folder and
+    Wine version: another Wine (an upgrade) makes a fresh one."""
     WINE_DIR.mkdir(parents=True, exist_ok=True)
+    version = wine_version()
+    ready = TEMPLATE / ".tavro-ready"
     with open(WINE_DIR / "template.lock", "w") as lock:
         fcntl.flock(lock, fcntl.LOCK_EX)
-        if (TEMPLATE / ".tavro-ready").exists():
+        if ready.exists() and ready.read_text().strip() == version:
             return
         shutil.rmtree(TEMPLATE, ignore_errors=True)
         env = _wine_env(TEMPLATE)
@@ -63,7 +72,7 @@ def ensure_template():
         subprocess.run(["wine", "reg", "add", r"HKCU\Software\Wine\X11 Driver", "/v", "Managed", "/d", "N", "/f"],
                        env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
         subprocess.run(["wineserver", "-w"], env=env, check=True)
-        (TEMPLATE / ".tavro-ready").write_text("ok\n")
+        ready.write_text(version + "\n")
 
 
 def copy_prefix(destination):
