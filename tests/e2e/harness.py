@@ -360,6 +360,10 @@ class TavroSession:
     def alive(self, hwnd):
         return self.request("alive", hwnd) == "1"
 
+    def shown(self, hwnd):
+        """Whether the window exists and is visible (a closing dialog hides first)."""
+        return self.alive(hwnd) and self.request("describe", hwnd).split("\t")[3] == "1"
+
     def wait_gone(self, hwnd, timeout=30):
         self.request("wait-gone", hwnd, int(timeout * 1000))
 
@@ -442,7 +446,7 @@ class TavroSession:
         """Focuses the window (found by title unless given) in X and waits
         until Windows gives it the keyboard (focus: in that control), sends
         the input, then waits until the window's thread has handled it. A
-        window the input closed counts as done."""
+        window the input closed or hid counts as done."""
         hwnd = window or self.top_window(title_regex)
         subprocess.run(["xdotool", "windowfocus", "--sync", self._x_window(hwnd, title_regex)], env=self.env,
                        check=True, timeout=60)
@@ -452,7 +456,7 @@ class TavroSession:
             try:
                 self.settle(hwnd)
             except ProbeError:
-                if self.alive(hwnd):
+                if self.shown(hwnd):
                     raise
 
     def keys(self, *keys, title_regex="^Tavro", window=None, focus=None, settle=True):
