@@ -21,6 +21,7 @@ import select
 import socket
 import ssl
 import subprocess
+import tempfile
 import threading
 import time
 from dataclasses import dataclass, field
@@ -28,6 +29,7 @@ from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from pathlib import Path
 
 PORT = 443
+PORT_LOCK = Path(tempfile.gettempdir()) / "tavro-loopback-443.lock"
 
 
 def answer_body(text):
@@ -148,8 +150,13 @@ class MockProvider:
         self._lock = threading.Condition()
         self._server = None
         self._thread = None
+        self._port_lock = None
 
     def start(self):
+        # CTest's lock keeps one run's files apart; this one keeps two
+        # checkouts' runs on one machine from taking the port at once.
+        self._port_lock = open(PORT_LOCK, "w")
+        fcntl.flock(self._port_lock, fcntl.LOCK_EX)
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(str(self._cert), str(self._key))
         self._server = _Server(("127.0.0.1", PORT), _Handler)
@@ -164,6 +171,9 @@ class MockProvider:
             self._server.shutdown()
             self._server.server_close()
             self._server = None
+        if self._port_lock:
+            self._port_lock.close()
+            self._port_lock = None
 
     # -- what the test tells it --------------------------------------------
     def reply(self, status=200, body=b"", delay=0.0, cut_after=None):
