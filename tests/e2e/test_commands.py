@@ -45,22 +45,28 @@ class CommandsTest(TavroTestCase):
         self.assertEqual(self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - chosen.txt"), "Tavro - chosen.txt")
         self.assertEqual(self.tavro.text(editor), "opened through the dialog")
 
+    def run_command(self, main, command_id):
+        """Sends the command, so it returns once handled, and waits for what
+        it posted: the settings file is then whole, not half rewritten."""
+        self.tavro.send(main, harness.WM_COMMAND, command_id)
+        self.tavro.settle(main)
+
+    def stored_byte(self, offset):
+        return self.tavro.settings_path().read_bytes()[16 + offset]
+
     def test_transparency_is_applied_and_saved_at_once(self):
         main, _ = self.start()
-        self.tavro.command(main, 6102)
-        self.assertTrue(self.tavro.wait_for(lambda: int(self.tavro.request("exstyle", main)) & WS_EX_LAYERED,
-                                            WS_EX_LAYERED))
-        data = self.tavro.wait_for(lambda: self.tavro.settings_path().read_bytes()[16 + 682], 20)
-        self.assertEqual(data, 20)
-        self.tavro.command(main, 6100)
-        self.assertEqual(self.tavro.wait_for(lambda: int(self.tavro.request("exstyle", main)) & WS_EX_LAYERED, 0), 0)
-        self.assertEqual(self.tavro.wait_for(lambda: self.tavro.settings_path().read_bytes()[16 + 682], 0), 0)
+        self.run_command(main, 6102)
+        self.assertEqual(int(self.tavro.request("exstyle", main)) & WS_EX_LAYERED, WS_EX_LAYERED)
+        self.assertEqual(self.stored_byte(682), 20)
+        self.run_command(main, 6100)
+        self.assertEqual(int(self.tavro.request("exstyle", main)) & WS_EX_LAYERED, 0)
+        self.assertEqual(self.stored_byte(682), 0)
 
     def test_theme_commands_choose_the_row(self):
         main, _ = self.start()
-        self.tavro.command(main, 3103)
-        stored = self.tavro.wait_for(lambda: self.tavro.settings_path().read_bytes()[16], 2)
-        self.assertEqual(stored, 2)
+        self.run_command(main, 3103)
+        self.assertEqual(self.stored_byte(0), 2)
 
     def test_line_numbers_and_word_wrap_toggle(self):
         main, editor = self.start()
