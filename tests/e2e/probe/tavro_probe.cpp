@@ -433,8 +433,9 @@ void Handle(const std::vector<std::string>& f) {
     text.resize(count);
     if (!toClipboard) {
       DWORD_PTR result = 0;
-      SendMessageTimeoutW(ToWindow(arg(1)), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()), SMTO_ABORTIFHUNG,
-                          5000, &result);
+      if (!SendMessageTimeoutW(ToWindow(arg(1)), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()), SMTO_NORMAL,
+                               kSendTimeoutMs, &result))
+        return Reply("err", std::to_string(GetLastError()));
       return Reply("ok", std::to_string(static_cast<long long>(result)));
     }
     if (!SetClipboardText(text)) return Reply("err", "clipboard busy");
@@ -453,7 +454,7 @@ void Handle(const std::vector<std::string>& f) {
     std::wstring text(kUnits, L'\0');
     DWORD_PTR length = 0;
     bool ok = remote && SendMessageTimeoutW(window, 0x0400 + 13 /* SB_GETTEXTW */, part,
-                                            reinterpret_cast<LPARAM>(remote), SMTO_ABORTIFHUNG, 10000, &length) &&
+                                            reinterpret_cast<LPARAM>(remote), SMTO_NORMAL, kSendTimeoutMs, &length) &&
               ReadProcessMemory(process, remote, text.data(), kUnits * sizeof(wchar_t), nullptr);
     if (remote) VirtualFreeEx(process, remote, 0, MEM_RELEASE);
     CloseHandle(process);
