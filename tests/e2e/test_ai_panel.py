@@ -4,7 +4,6 @@ menu, New Chat, delete and delete-all with the files on disk, the input box's
 limit, Copy with no selection, and the keys that stay with the panel."""
 import json
 import re
-import time
 
 import harness
 from harness import TavroTestCase
@@ -124,6 +123,7 @@ class AiPanelTest(TavroTestCase):
     def test_switch_to_ai_mod_and_back(self):
         self.tavro.start()
         main = self.tavro.main_window()
+        self.tavro.settle(main)  # what the start posted is done
         self.assertEqual([row for row in self.tavro.children(main) if row["cls"] == PANEL], [])
         self.tavro.post(main, WM_COMMAND, CMD_MODE_SWITCH)
         box = self.tavro.find_dialog("Tavro AI Mod")
@@ -237,6 +237,7 @@ class AiPanelTest(TavroTestCase):
         self.tavro.press(box, "Yes")
         self.tavro.wait_gone(box)
         self.assertEqual(self.tavro.wait_for(lambda: "20261120_100000_0001.json" in self.files(), False), False)
+        self.tavro.settle(main)  # the delete has run to its end, the index rewritten
         self.assertNotIn("Adriatic", (self.chats_folder() / "index.json").read_text("utf-8"))
 
         self.tavro.post(panel["hwnd"], WM_PANEL_DELETE_ALL_CHATS)
@@ -314,15 +315,7 @@ class AiPanelTest(TavroTestCase):
             self.screenshot_until(f"theme-{theme}", painted, f"the panel in theme {theme}")
 
     def screenshot_until(self, name, check, what, timeout=30):
-        deadline = time.monotonic() + timeout
-        while True:
-            shot = self.tavro.screenshot(name)
-            if check(shot):
-                return shot
-            if time.monotonic() > deadline:
-                self.fail(f"no screenshot showed {what}")
-            time.sleep(0.2)
-
+        return self.tavro.screenshot_until(name, check, timeout, what)
 
 if __name__ == "__main__":
     harness.main()

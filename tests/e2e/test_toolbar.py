@@ -1,7 +1,6 @@
 """The toolbar of the real program: its buttons pressed at their painted
 places, the enabled rules, the mode caption, and its colours on the screen."""
 import subprocess
-import time
 
 import harness
 from harness import TavroTestCase, windows_path
@@ -118,14 +117,7 @@ class ToolbarTest(TavroTestCase):
 
     def screenshot_until(self, name, check, what, timeout=30):
         """Screenshots until check(png) holds; fails the test when time is up."""
-        deadline = time.monotonic() + timeout
-        while True:
-            shot = self.tavro.screenshot(name)
-            if check(shot):
-                return shot
-            if time.monotonic() > deadline:
-                self.fail(f"no screenshot showed {what}")
-            time.sleep(0.2)
+        return self.tavro.screenshot_until(name, check, timeout, what)
 
     def test_mode_caption_follows_the_flag(self):
         main, bar = self.start()
