@@ -244,12 +244,22 @@ class TavroSession:
         """Runs a console program of ours in this prefix to its end; returns
         (exit code, stdout text, stderr text)."""
         # The session's first Wine process starts services that would inherit
-        # and hold our pipes; the probe is that first process instead.
+        # and hold our pipes; the probe is that first process instead. A
+        # service the tool starts on demand still inherits what it is given,
+        # so its output goes to files, read once the tool itself has ended.
         self.request("ping")
         env = dict(self.env, WINEDEBUG=debug)
-        done = subprocess.run(["wine", str(exe), *args], env=env, stdin=subprocess.DEVNULL, capture_output=True,
-                              timeout=timeout, cwd=self.work)
-        return done.returncode, done.stdout.decode("utf-8", "replace"), done.stderr.decode("latin-1")
+        out_path, err_path = self.work / "tool.out", self.work / "tool.err"
+        with open(out_path, "wb") as out, open(err_path, "wb") as err:
+            process = subprocess.Popen(["wine", str(exe), *args], env=env, stdin=subprocess.DEVNULL, stdout=out,
+                                       stderr=err, cwd=self.work)
+        try:
+            code = process.wait(timeout=timeout)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+            raise
+        return code, out_path.read_bytes().decode("utf-8", "replace"), err_path.read_bytes().decode("latin-1")
 
     # -- the probe -------------------------------------------------------
     def _probe_process(self):
