@@ -98,6 +98,14 @@ class _Handler(BaseHTTPRequestHandler):
     def log_message(self, *args):
         pass
 
+    def setup(self):
+        # The TLS handshake runs here, in the connection's own thread, so a
+        # client that stalls in it holds up nobody else; a client that gives
+        # up on the certificate just ends its connection.
+        self.request.settimeout(30)
+        self.request.do_handshake()
+        super().setup()
+
     def do_POST(self):
         length = int(self.headers.get("Content-Length", "0"))
         body = self.rfile.read(length) if length else b""
@@ -121,8 +129,8 @@ class _Handler(BaseHTTPRequestHandler):
 
 
 class _Server(ThreadingHTTPServer):
-    """Counts every connection from before its accept (and TLS handshake) to
-    after its close, for wait_idle."""
+    """Counts every connection from before its accept to after its close,
+    for wait_idle."""
     daemon_threads = True
     allow_reuse_address = True
 
@@ -133,6 +141,9 @@ class _Server(ThreadingHTTPServer):
         except BaseException:
             self.mock._connection(-1)
             raise
+
+    def handle_error(self, request, client_address):
+        """Refused handshakes and dropped connections are part of the tests."""
 
     def shutdown_request(self, request):
         try:
@@ -160,7 +171,8 @@ class MockProvider:
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(str(self._cert), str(self._key))
         self._server = _Server(("127.0.0.1", PORT), _Handler)
-        self._server.socket = context.wrap_socket(self._server.socket, server_side=True)
+        self._server.socket = context.wrap_socket(self._server.socket, server_side=True,
+                                                  do_handshake_on_connect=False)
         self._server.mock = self
         self._thread = threading.Thread(target=self._server.serve_forever, daemon=True)
         self._thread.start()
