@@ -32,6 +32,12 @@ FILE_NAME_FIELDS = (0x47C, 0x480)  # the file-name field of the common file dial
 QUIET_WINE = ("wine32 is missing", "multiarch needs", "dpkg --add-architecture", "apt-get install wine32")
 
 
+def program_version():
+    """The version CMake wrote into the build folder's generated header."""
+    header = (BUILD / "generated" / "tavro_version.h").read_text()
+    return re.search(r'#define TAVRO_VERSION_TEXT "([^"]+)"', header).group(1)
+
+
 def windows_path(path):
     """The Wine path of a Linux path: Z: is the Linux root."""
     return "Z:" + str(Path(path).resolve()).replace("/", "\\")

@@ -42,7 +42,7 @@ class SystemInfoFileTest(TavroTestCase):
         self.assertNotIn(b"\r", data)
         self.assertFalse(data.startswith(b"\xef\xbb\xbf"))
         text = data.decode("utf-8")
-        for label in ("CURRENT_TIME: ", "OS: Windows ", "CPU_CORES: ", "RAM_TOTAL_GB: ", "Tavro_Version: 1.1.0.0\n",
+        for label in ("CURRENT_TIME: ", "OS: Windows ", "CPU_CORES: ", "RAM_TOTAL_GB: ", f"Tavro_Version: {harness.program_version()}\n",
                       "# TAVRO ACTIVE INSTANCES:\nACTIVE_PROFILE: default\nACTIVE_PROFILE_COUNT: 1\n",
                       "# - For active profiles: report ONLY what ACTIVE_PROFILE entries list above.\n"):
             self.assertIn(label, text)
