@@ -315,6 +315,10 @@ void Handle(const std::vector<std::string>& f) {
     if (!thread || !GetGUIThreadInfo(thread, &info)) return Reply("err", std::to_string(GetLastError()));
     bool inside = info.hwndFocus && (info.hwndFocus == within || IsChild(within, info.hwndFocus));
     Reply("ok", FromWindow(GetForegroundWindow()) + "\t" + FromWindow(info.hwndFocus) + "\t" + (inside ? "1" : "0"));
+  } else if (verb == "key-down") {
+    // key-down VK: 1 while the system has that key down, as input queued so
+    // far says (whichever window it went to).
+    Reply("ok", (GetAsyncKeyState(static_cast<int>(Number(arg(1)))) & 0x8000) ? "1" : "0");
   } else if (verb == "x-window") {
     // x-window HWND: the X window Wine shows HWND in, 0 when unknown.
     HANDLE id = GetPropW(ToWindow(arg(1)), L"__wine_x11_whole_window");
