@@ -27,6 +27,7 @@ WORK = BUILD / "e2e-work"
 WM_CLOSE = 0x0010
 WM_COMMAND = 0x0111
 WM_GETTEXTLENGTH = 0x000E
+VK_SCROLL = 0x91
 FILE_NAME_FIELDS = (0x47C, 0x480)  # the file-name field of the common file dialogs, old style and new
 
 QUIET_WINE = ("wine32 is missing", "multiarch needs", "dpkg --add-architecture", "apt-get install wine32")
@@ -452,28 +453,42 @@ class TavroSession:
         x_window = self.request("x-window", hwnd)
         if x_window != "0":
             return x_window
-        out = subprocess.run(["xdotool", "search", "--name", title_regex], env=self.env, capture_output=True,
+        title = title_regex or "^" + re.escape(self.title(hwnd)) + "$"
+        out = subprocess.run(["xdotool", "search", "--name", title], env=self.env, capture_output=True,
                              text=True, timeout=60).stdout.split()
         if not out:
-            raise ProbeError(f"no X window named {title_regex}")
+            raise ProbeError(f"no X window named {title}")
         return out[0]
 
-    def _input(self, args, title_regex, window, focus, settle):
-        """Focuses the window (found by title unless given) in X and waits
-        until Windows gives it the keyboard (focus: in that control), sends
-        the input, then waits until the window's thread has handled it. A
-        window the input closed or hid counts as done."""
-        hwnd = window or self.top_window(title_regex)
-        subprocess.run(["xdotool", "windowfocus", "--sync", self._x_window(hwnd, title_regex)], env=self.env,
-                       check=True, timeout=60)
+    def x_input(self, hwnd, *commands, focus=None, settle=True):
+        """Focuses the window in X and waits until Windows gives it the
+        keyboard (focus: in that control), runs the xdotool commands, then
+        waits until the window's thread has handled all the input they made.
+        A window the input closed or hid counts as done.
+
+        X hands input to Wine in its own time, so a Scroll Lock press (a key
+        every window here ignores) follows the commands: Wine reads X events
+        in order, and the key shows as down once it has read all before it."""
+        subprocess.run(["xdotool", "windowfocus", "--sync", self._x_window(hwnd, "")], env=self.env, check=True,
+                       timeout=60)
         self.wait_focus(hwnd, focus)
-        subprocess.run(["xdotool", *args], env=self.env, check=True, timeout=300)
+        for args in commands:
+            subprocess.run(["xdotool", *map(str, args)], env=self.env, check=True, timeout=300)
+        for step, down in (("keydown", "1"), ("keyup", "0")):
+            subprocess.run(["xdotool", step, "Scroll_Lock"], env=self.env, check=True, timeout=60)
+            state = self.wait_until(lambda: "gone" if not self.shown(hwnd) else self.request("key-down", VK_SCROLL),
+                                    lambda value: value in (down, "gone"), what=f"Wine to take the input ({step})")
+            if state == "gone":
+                return
         if settle:
             try:
                 self.settle(hwnd)
             except ProbeError:
                 if self.shown(hwnd):
                     raise
+
+    def _input(self, args, title_regex, window, focus, settle):
+        self.x_input(window or self.top_window(title_regex), args, focus=focus, settle=settle)
 
     def keys(self, *keys, title_regex="^Tavro", window=None, focus=None, settle=True):
         self._input(["key", "--delay", "40", *keys], title_regex, window, focus, settle)
