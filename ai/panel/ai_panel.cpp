@@ -182,10 +182,8 @@ LRESULT CALLBACK TranscriptSubclass(HWND window, UINT message, WPARAM wParam, LP
   }
   switch (message) {
     case WM_SETFOCUS:
-      if (g_hwndEditor) {
-        SendMessageW(g_hwndEditor, SCI_SETEMPTYSELECTION, SendMessageW(g_hwndEditor, SCI_GETCURRENTPOS, 0, 0), 0);
-      }
-      if (g_panel.input) SendMessageW(g_panel.input, EM_SETSEL, static_cast<WPARAM>(-1), 0);
+      ClearEditorSelection();
+      ClearInputSelection(g_panel.input);
       break;
     case WM_CONTEXTMENU:
     case WM_RBUTTONUP: {
@@ -291,14 +289,8 @@ LRESULT CALLBACK InputSubclass(HWND input, UINT message, WPARAM wParam, LPARAM l
       break;
     case WM_SETFOCUS:
       if (!g_aiGenerating.load()) SetPanelStatus(L"Ready");
-      if (g_hwndEditor) {
-        SendMessageW(g_hwndEditor, SCI_SETEMPTYSELECTION, SendMessageW(g_hwndEditor, SCI_GETCURRENTPOS, 0, 0), 0);
-      }
-      if (g_panel.transcript) {
-        const LRESULT first = SendTranscript(SCI_GETFIRSTVISIBLELINE);
-        SendTranscript(SCI_SETEMPTYSELECTION, SendTranscript(SCI_GETCURRENTPOS));
-        SendTranscript(SCI_SETFIRSTVISIBLELINE, first);
-      }
+      ClearEditorSelection();
+      ClearTranscriptSelection(g_panel.transcript);
       break;
     case WM_PAINT: {
       LRESULT result = DefSubclassProc(input, message, wParam, lParam);
@@ -460,34 +452,11 @@ void PaintPanel(HWND panel) {
 }
 
 void DrawPanelButton(const DRAWITEMSTRUCT* item) {
-  const bool dark = IsDarkTheme();
-  const bool disabled = (item->itemState & ODS_DISABLED) != 0;
-  const bool pressed = (item->itemState & ODS_SELECTED) != 0;
   PanelButtonKind kind = PanelButtonKind::kPlain;
-  if (disabled) kind = PanelButtonKind::kDisabled;
+  if (item->itemState & ODS_DISABLED) kind = PanelButtonKind::kDisabled;
   else if (item->CtlID == kPanelSendButtonId) kind = g_aiGenerating.load() ? PanelButtonKind::kSendGenerating
                                                                           : PanelButtonKind::kSendIdle;
-  HDC dc = item->hDC;
-  RECT rect = item->rcItem;
-  FillRect(dc, &rect, g_panel.panelBrush);
-  HBRUSH fill = CreateSolidBrush(PanelButtonFill(dark, kind, pressed));
-  HGDIOBJ oldBrush = SelectObject(dc, fill);
-  HGDIOBJ oldPen = SelectObject(dc, GetStockObject(NULL_PEN));
-  if (dark) {
-    FillRect(dc, &rect, fill);
-  } else {
-    RoundRect(dc, rect.left, rect.top, rect.right + 1, rect.bottom + 1, 8, 8);
-  }
-  SelectObject(dc, oldPen);
-  SelectObject(dc, oldBrush);
-  DeleteObject(fill);
-  const ThemeColors& row = CurrentTheme();
-  SetTextColor(dc, disabled ? row.controlTextDisabled : row.controlText);
-  SetBkMode(dc, TRANSPARENT);
-  HGDIOBJ oldFont = SelectObject(dc, g_panel.buttonFont);
-  const std::wstring text = WindowText(item->hwndItem);
-  DrawTextW(dc, text.c_str(), -1, &rect, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
-  SelectObject(dc, oldFont);
+  PaintPanelButton(item, g_panel.panelBrush, kind, g_panel.buttonFont);
 }
 
 void ShowHistoryMenu() {
@@ -777,6 +746,31 @@ HWND Child(const wchar_t* className, const wchar_t* text, DWORD style, int id, D
 
 }  // namespace
 
+void PaintPanelButton(const DRAWITEMSTRUCT* item, HBRUSH background, PanelButtonKind kind, HFONT font) {
+  const bool dark = IsDarkTheme();
+  HDC dc = item->hDC;
+  RECT rect = item->rcItem;
+  FillRect(dc, &rect, background);
+  HBRUSH fill = CreateSolidBrush(PanelButtonFill(dark, kind, (item->itemState & ODS_SELECTED) != 0));
+  HGDIOBJ oldBrush = SelectObject(dc, fill);
+  HGDIOBJ oldPen = SelectObject(dc, GetStockObject(NULL_PEN));
+  if (dark) {
+    FillRect(dc, &rect, fill);  // a plain rectangle in dark themes
+  } else {
+    RoundRect(dc, rect.left, rect.top, rect.right + 1, rect.bottom + 1, 8, 8);
+  }
+  SelectObject(dc, oldPen);
+  SelectObject(dc, oldBrush);
+  DeleteObject(fill);
+  const ThemeColors& row = CurrentTheme();
+  SetTextColor(dc, kind == PanelButtonKind::kDisabled ? row.controlTextDisabled : row.controlText);
+  SetBkMode(dc, TRANSPARENT);
+  HGDIOBJ oldFont = font ? SelectObject(dc, font) : nullptr;
+  const std::wstring text = WindowText(item->hwndItem);
+  DrawTextW(dc, text.c_str(), -1, &rect, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+  if (oldFont) SelectObject(dc, oldFont);
+}
+
 HWND CreateAiPanel(HWND parent) {
   if (!RegisterPanelClasses()) return nullptr;
   g_panel = PanelState();
@@ -838,16 +832,15 @@ void SetGeneratingState(bool generating) {
 
 void AppendTranscript(const std::wstring& text) {
   if (!g_panel.transcript || text.empty()) return;
+  const bool atEnd = TranscriptViewAtEnd(g_panel.transcript);
   const LRESULT firstVisible = SendTranscript(SCI_GETFIRSTVISIBLELINE);
   const LRESULT onScreen = SendTranscript(SCI_LINESONSCREEN);
-  const LRESULT lastLine = SendTranscript(SCI_GETLINECOUNT) - 1;
-  const LRESULT lastVisible = SendTranscript(SCI_VISIBLEFROMDOCLINE, lastLine);
   const LRESULT xOffset = SendTranscript(SCI_GETXOFFSET);
   const std::string utf8 = WideToUtf8(text);
   SendTranscript(SCI_SETREADONLY, 0);
   SendTranscript(SCI_APPENDTEXT, utf8.size(), reinterpret_cast<LPARAM>(utf8.data()));
   SendTranscript(SCI_SETREADONLY, 1);
-  if (firstVisible + onScreen < lastVisible) {  // the reader had scrolled up
+  if (!atEnd) {  // the reader had scrolled up
     SendTranscript(SCI_SETFIRSTVISIBLELINE, firstVisible);
     SendTranscript(SCI_SETXOFFSET, xOffset);
     return;
@@ -889,19 +882,20 @@ void RefreshHistoryButton() {
   }
 }
 
-void RefreshConnectionLabels() {
+namespace {
+
+void ShowConnectionTexts(ConnectionTexts (*texts)(bool hasKey, bool online)) {
   if (!g_panel.connection) return;
-  const ConnectionTexts texts = ConnectionLabelTexts(g_settings.apiKey[0] != L'\0', g_isOnline.load());
-  SetPanelStatus(texts.status);
-  SetWindowTextW(g_panel.connection, texts.label.c_str());
+  const ConnectionTexts shown = texts(g_settings.apiKey[0] != L'\0', g_isOnline.load());
+  SetPanelStatus(shown.status);
+  SetWindowTextW(g_panel.connection, shown.label.c_str());
 }
 
-void RefreshAfterStatusMessage() {
-  if (!g_panel.connection) return;
-  const ConnectionTexts texts = StatusRefreshTexts(g_settings.apiKey[0] != L'\0', g_isOnline.load());
-  SetPanelStatus(texts.status);
-  SetWindowTextW(g_panel.connection, texts.label.c_str());
-}
+}  // namespace
+
+void RefreshConnectionLabels() { ShowConnectionTexts(ConnectionLabelTexts); }
+
+void RefreshAfterStatusMessage() { ShowConnectionTexts(StatusRefreshTexts); }
 
 void SetPanelStatus(const std::wstring& text) {
   if (g_panel.status) SetWindowTextW(g_panel.status, text.c_str());
@@ -913,6 +907,28 @@ void ApplyPanelTheme() {
   StyleTranscript();
   RedrawWindow(g_panel.panel, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
+
+namespace {
+
+// The live conversation becomes the chat's messages (empty without a chat).
+void FillLiveHistory(const ChatInfo* chat) {
+  EnterCriticalSection(&g_aiHistoryLock);
+  g_aiLiveHistory.clear();
+  if (chat)
+    for (const ChatMessage& message : chat->messages) g_aiLiveHistory.push_back({message.isUser, message.text});
+  LeaveCriticalSection(&g_aiHistoryLock);
+}
+
+// Its start line and messages into the transcript.
+void WriteChat(const ChatInfo& chat) {
+  WriteChatStartLine(chat.createdAt);
+  for (const ChatMessage& message : chat.messages) {
+    if (message.isUser) WriteUserMessage(message.text);
+    else WriteAiMessage(message.text);
+  }
+}
+
+}  // namespace
 
 void ReplayCurrentChat(bool atStartUp) {
   if (!g_panel.panel) return;
@@ -932,14 +948,8 @@ void ReplayCurrentChat(bool atStartUp) {
     if (!atStartUp) SetPanelStatus(kNoKeyStatus);
     return;
   }
-  EnterCriticalSection(&g_aiHistoryLock);
-  for (const ChatMessage& message : chat->messages) g_aiLiveHistory.push_back({message.isUser, message.text});
-  LeaveCriticalSection(&g_aiHistoryLock);
-  WriteChatStartLine(chat->createdAt);
-  for (const ChatMessage& message : chat->messages) {
-    if (message.isUser) WriteUserMessage(message.text);
-    else WriteAiMessage(message.text);
-  }
+  FillLiveHistory(chat);
+  WriteChat(*chat);
   RefreshHistoryButton();
   if (!atStartUp) SetPanelStatus(g_settings.apiKey[0] ? L"Connected" : L"Not connected");
 }
@@ -961,22 +971,9 @@ void OnLoadChat(WPARAM wParam, wchar_t* chatId) {
     }
   }
   const ChatInfo* chat = CurrentChat(store);
-  EnterCriticalSection(&g_aiHistoryLock);
-  g_aiLiveHistory.clear();
-  if (chat)
-    for (const ChatMessage& message : chat->messages) g_aiLiveHistory.push_back({message.isUser, message.text});
-  LeaveCriticalSection(&g_aiHistoryLock);
+  FillLiveHistory(chat);
   ClearTranscript();
-  if (chat) {
-    WriteChatStartLine(chat->createdAt);
-    EnterCriticalSection(&g_aiHistoryLock);
-    const std::vector<ChatTurn> turns = g_aiLiveHistory;
-    LeaveCriticalSection(&g_aiHistoryLock);
-    for (const ChatTurn& turn : turns) {
-      if (turn.isUser) WriteUserMessage(turn.text);
-      else WriteAiMessage(turn.text);
-    }
-  }
+  if (chat) WriteChat(*chat);
   RefreshHistoryButton();
   SetPanelStatus(L"Chat loaded");
 }

@@ -8,6 +8,8 @@
 
 #include <string>
 
+#include "ai/panel/panel_rules.h"
+
 // Registers the classes once and builds the panel and its controls, hidden
 // until the main window lays it out; the panel handle or null.
 HWND CreateAiPanel(HWND parent);
@@ -44,6 +46,11 @@ void ReplayCurrentChat(bool atStartUp);
 void OnLoadChat(WPARAM wParam, wchar_t* chatId);
 // WM_AI_CLEAR_CONVERSATION: the live conversation and the reply in progress emptied.
 void ClearLiveConversation();
+
+// Paints an owner-drawn button of the panel or its dialogs: the background,
+// then the face of its kind (a rectangle in dark themes, rounded in light
+// ones) and its centred caption in font (null: the DC's own).
+void PaintPanelButton(const DRAWITEMSTRUCT* item, HBRUSH background, PanelButtonKind kind, HFONT font);
 
 // Whether the focus is in the transcript or the input box, where the
 // program's accelerators give way to the controls' own keys.

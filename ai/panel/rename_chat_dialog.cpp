@@ -4,7 +4,7 @@
 
 #include <uxtheme.h>
 
-#include "ai/panel/panel_rules.h"
+#include "ai/panel/ai_panel.h"
 #include "presentation/dialog_template.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
@@ -23,27 +23,6 @@ struct RenameState {
 };
 
 bool IsDarkTheme() { return (CurrentTheme().isDark & 0xFF) != 0; }
-
-void DrawButton(const DRAWITEMSTRUCT* item, HBRUSH background) {
-  const bool dark = IsDarkTheme();
-  const bool pressed = (item->itemState & ODS_SELECTED) != 0;
-  HDC dc = item->hDC;
-  RECT rect = item->rcItem;
-  FillRect(dc, &rect, background);
-  HBRUSH fill = CreateSolidBrush(PanelButtonFill(dark, PanelButtonKind::kPlain, pressed));
-  HGDIOBJ oldBrush = SelectObject(dc, fill);
-  HGDIOBJ oldPen = SelectObject(dc, GetStockObject(NULL_PEN));
-  if (dark) FillRect(dc, &rect, fill);
-  else RoundRect(dc, rect.left, rect.top, rect.right + 1, rect.bottom + 1, 8, 8);
-  SelectObject(dc, oldPen);
-  SelectObject(dc, oldBrush);
-  DeleteObject(fill);
-  wchar_t text[32] = {};
-  GetWindowTextW(item->hwndItem, text, 32);
-  SetBkMode(dc, TRANSPARENT);
-  SetTextColor(dc, CurrentTheme().controlText);
-  DrawTextW(dc, text, -1, &rect, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
-}
 
 INT_PTR CALLBACK RenameProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   auto* state = reinterpret_cast<RenameState*>(GetWindowLongPtrW(dialog, DWLP_USER));
@@ -77,7 +56,8 @@ INT_PTR CALLBACK RenameProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
       return reinterpret_cast<INT_PTR>(state->field);
     }
     case WM_DRAWITEM:
-      DrawButton(reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), state->background);
+      PaintPanelButton(reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), state->background, PanelButtonKind::kPlain,
+                       nullptr);
       return TRUE;
     case WM_COMMAND:
       if (LOWORD(wParam) == IDOK) {

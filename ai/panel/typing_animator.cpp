@@ -26,18 +26,11 @@ LRESULT SendTarget(HWND target, UINT message, WPARAM wParam = 0, LPARAM lParam =
   return SendMessageW(target, message, wParam, lParam);
 }
 
-bool ViewAtEnd(HWND target) {
-  const LRESULT first = SendTarget(target, SCI_GETFIRSTVISIBLELINE);
-  const LRESULT onScreen = SendTarget(target, SCI_LINESONSCREEN);
-  const LRESULT last = SendTarget(target, SCI_VISIBLEFROMDOCLINE, SendTarget(target, SCI_GETLINECOUNT) - 1);
-  return first + onScreen >= last;
-}
-
 // The transcript's flush, under targetLock.
 void WriteTranscript(TypingAnimator& animator, const std::wstring& text) {
   HWND target = animator.target;
   if (!target || !IsWindow(target)) return;
-  const bool follow = animator.followEnd.load() && ViewAtEnd(target);
+  const bool follow = animator.followEnd.load() && TranscriptViewAtEnd(target);
   const LRESULT firstLine = SendTarget(target, SCI_GETFIRSTVISIBLELINE);
   const LRESULT xOffset = SendTarget(target, SCI_GETXOFFSET);
   const std::string utf8 = WideToUtf8(text);
@@ -97,7 +90,6 @@ void Wake(TypingAnimator& animator) {
 // Step 3 of the thread: paced typing while enabled. False when a stop ended it.
 void TypePaced(TypingAnimator& animator, std::wstring& batch, int64_t& flushTime, int64_t& statusTime) {
   while (animator.enabled.load() && !animator.stop.load()) {
-    bool took = false;
     {
       std::unique_lock<std::mutex> lock(animator.queueLock);
       animator.queueSignal.wait_for(lock, std::chrono::milliseconds(kAnimatorWaitMs), [&animator] {
@@ -108,10 +100,8 @@ void TypePaced(TypingAnimator& animator, std::wstring& batch, int64_t& flushTime
         batch.push_back(animator.queue.front());
         animator.queue.pop_front();
         animator.typedChars.fetch_add(1);
-        took = true;
       }
     }
-    (void)took;
     const int64_t now = Now(animator);
     const bool due = static_cast<int>(batch.size()) >= kAnimatorBatchUnits ||
                      now - flushTime >= int64_t{kAnimatorBatchMs} * 1000;
@@ -177,6 +167,13 @@ DWORD WINAPI AnimatorThread(LPVOID parameter) {
 }
 
 }  // namespace
+
+bool TranscriptViewAtEnd(HWND transcript) {
+  const LRESULT first = SendTarget(transcript, SCI_GETFIRSTVISIBLELINE);
+  const LRESULT onScreen = SendTarget(transcript, SCI_LINESONSCREEN);
+  const LRESULT last = SendTarget(transcript, SCI_VISIBLEFROMDOCLINE, SendTarget(transcript, SCI_GETLINECOUNT) - 1);
+  return first + onScreen >= last;
+}
 
 TypingAnimator& GetTypingAnimator() {
   static TypingAnimator* animator = [] {
@@ -252,7 +249,7 @@ void AnimatorNoteViewMoved(TypingAnimator& animator) {
   HWND target = animator.target;
   if (!target || !IsWindow(target)) return;
   const int32_t firstLine = static_cast<int32_t>(SendTarget(target, SCI_GETFIRSTVISIBLELINE));
-  if (firstLine >= animator.lastFirstLine) animator.followEnd.exchange(ViewAtEnd(target) ? 1 : 0);
+  if (firstLine >= animator.lastFirstLine) animator.followEnd.exchange(TranscriptViewAtEnd(target) ? 1 : 0);
   else animator.followEnd.exchange(0);
   animator.lastFirstLine = firstLine;
 }

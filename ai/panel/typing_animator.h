@@ -73,6 +73,10 @@ void AnimatorSetEnabled(TypingAnimator& animator, bool enabled);
 // typingDelayMs, clamped to 0..100.
 void AnimatorSetDelay(TypingAnimator& animator, int delayMs);
 
+// Whether a transcript shows its last line: first visible line plus lines on
+// screen reach the visible line of the last document line.
+bool TranscriptViewAtEnd(HWND transcript);
+
 // The transcript's side of following: after the reader moved the view, tried
 // without waiting so the main thread never stalls behind a flush.
 void AnimatorNoteViewMoved(TypingAnimator& animator);

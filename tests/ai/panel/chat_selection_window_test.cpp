@@ -80,12 +80,20 @@ TEST_F(ChatSelection, BothLoseTheirSelectionAndTheTranscriptKeepsItsPlace) {
   EXPECT_EQ(GetWindowTextLengthW(input_), 24);
 }
 
-TEST_F(ChatSelection, NoPanelOrNoControlsIsNothing) {
-  ClearChatSelections(nullptr);
-  HWND empty = MakePanel(10, 10);
-  ASSERT_NE(empty, nullptr);
-  ClearChatSelections(empty);
-  DestroyWindow(empty);
+TEST_F(ChatSelection, APanelWithOnlyAnInputBoxStillClearsIt) {
+  ClearChatSelections(nullptr);  // no panel: nothing to touch
+  HWND lone = MakePanel(200, 100);
+  ASSERT_NE(lone, nullptr);
+  HWND input = CreateWindowExW(0, L"EDIT", L"only the input", WS_CHILD | WS_VISIBLE, 0, 0, 200, 20, lone,
+                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(kInputBoxId)), GetModuleHandleW(nullptr),
+                               nullptr);
+  ASSERT_NE(input, nullptr);
+  Send(input, EM_SETSEL, 0, 4);
+  ClearChatSelections(lone);
+  DWORD start = 0, end = 0;
+  Send(input, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+  EXPECT_EQ(start, end);
+  DestroyWindow(lone);
 }
 
 }  // namespace
