@@ -18,6 +18,7 @@ constexpr UINT WM_AI_REQUEST_ENDED = WM_APP + 203;
 constexpr UINT WM_AI_REQUEST_FAILED = WM_APP + 204;   // lParam: heap wide string or null; receiver frees
 constexpr UINT WM_AI_STATUS_REFRESH = WM_APP + 205;   // connection labels and the system-information file
 constexpr UINT WM_AI_TYPING_ENDED = WM_APP + 206;     // wParam 1 when stopped
+constexpr UINT WM_AI_APPEND_TRANSCRIPT = WM_APP + 207;  // lParam: heap wide string; receiver frees
 constexpr UINT WM_AI_STATUS_TEXT = WM_APP + 208;      // lParam: heap wide string for the status line; receiver frees
 constexpr UINT WM_AI_CLEAR_CONVERSATION = WM_APP + 210;  // empties the live conversation
 constexpr UINT WM_AI_LOAD_CHAT = WM_APP + 211;        // wParam 2: already current; lParam: heap chat id
@@ -33,3 +34,4 @@ constexpr UINT WM_SYSTEM_THEME_CHANGED = 0x8064;
 // Timers on the main window.
 constexpr UINT_PTR kAutoSaveTimer = 5001;   // auto-save, every autoSaveMinutes
 constexpr UINT_PTR kSystemInfoTimer = 5003;  // rewrites the system-information file in AI Mod
+constexpr UINT_PTR kThinkingTimer = 9001;    // the thinking dots of a question waiting for its answer

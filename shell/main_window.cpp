@@ -17,6 +17,7 @@
 #include "ai/client/system_context.h"
 #include "ai/client/transport.h"
 #include "ai/panel/ai_panel.h"
+#include "ai/panel/send_pipeline.h"
 #include "ai/panel/chat_selection.h"
 #include "base/heap_text.h"
 #include "document/document.h"
@@ -447,7 +448,32 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_TIMER:
       if (wParam == kAutoSaveTimer) OnAutoSaveTimer(window);
       if (wParam == kSystemInfoTimer && g_settings.editorMode == 1) WriteSystemInfoFile();
+      if (wParam == kThinkingTimer) OnThinkingTimer(window);
       return 0;
+    case WM_AI_SEND:
+      OnAiSend(window, reinterpret_cast<wchar_t*>(lParam));
+      return 0;
+    case WM_AI_STOP:
+      OnAiStop(window);
+      return 0;
+    case WM_AI_ANSWER:
+      OnAiAnswer(window, reinterpret_cast<wchar_t*>(lParam));
+      return 0;
+    case WM_AI_REQUEST_ENDED:
+      OnAiRequestEnded(window);
+      return 0;
+    case WM_AI_REQUEST_FAILED:
+      OnAiRequestFailed(window, reinterpret_cast<wchar_t*>(lParam));
+      return 0;
+    case WM_AI_TYPING_ENDED:
+      OnAiTypingEnded(window, wParam == 1);
+      return 0;
+    case WM_AI_APPEND_TRANSCRIPT: {
+      auto* text = reinterpret_cast<wchar_t*>(lParam);
+      if (text) AppendTranscript(text);
+      FreeHeapText(text);
+      return 0;
+    }
     case WM_AI_STATUS_REFRESH:
       OnAiStatusRefresh(window);
       return 0;

@@ -12,6 +12,11 @@ std::atomic<HINTERNET> g_aiRequestHandle{nullptr};
 HANDLE g_aiWorkerThread = nullptr;
 
 std::atomic<uint8_t> g_aiGenerating{0};
+std::atomic<uint8_t> g_aiFirstPiecePending{0};
+std::atomic<uint8_t> g_aiTopicFlagged{0};
+UINT_PTR g_aiThinkingTimer = 0;
+intptr_t g_aiThinkingPos = -1;
+int32_t g_aiThinkingFrame = 0;
 std::vector<ChatTurn> g_aiLiveHistory;
 std::wstring g_aiAnswerBuffer;
 std::atomic<bool> g_isOnline{false};

@@ -32,6 +32,13 @@ extern std::atomic<bool> g_isOnline;
 
 // The send pipeline's side: the panel shows Stop while this is set.
 extern std::atomic<uint8_t> g_aiGenerating;
+extern std::atomic<uint8_t> g_aiFirstPiecePending;  // the next answer text opens its reply
+extern std::atomic<uint8_t> g_aiTopicFlagged;       // the last message hit the topic words
+// The thinking dots, main thread only: the timer while they run, where their
+// text begins in the transcript (-1 when none) and the frame shown.
+extern UINT_PTR g_aiThinkingTimer;
+extern intptr_t g_aiThinkingPos;
+extern int32_t g_aiThinkingFrame;
 // The live conversation, oldest first, and the reply in progress; both under g_aiHistoryLock.
 extern std::vector<ChatTurn> g_aiLiveHistory;
 extern std::wstring g_aiAnswerBuffer;

@@ -16,6 +16,7 @@
 #include "ai/panel/connectivity.h"
 #include "ai/panel/panel_rules.h"
 #include "ai/panel/rename_chat_dialog.h"
+#include "ai/panel/send_rules.h"
 #include "ai/panel/typing_animator.h"
 #include "base/app_state.h"
 #include "base/heap_text.h"
@@ -848,6 +849,33 @@ void AppendTranscript(const std::wstring& text) {
   const LRESULT newLast = SendTranscript(SCI_VISIBLEFROMDOCLINE, SendTranscript(SCI_GETLINECOUNT) - 1);
   LRESULT first = newLast - onScreen + 1;
   SendTranscript(SCI_SETFIRSTVISIBLELINE, first < 0 ? 0 : first);
+}
+
+intptr_t TranscriptLength() { return g_panel.transcript ? static_cast<intptr_t>(SendTranscript(SCI_GETLENGTH)) : -1; }
+
+void ReplaceTranscriptTail(intptr_t from, const std::wstring& text) {
+  if (!g_panel.transcript) return;
+  const LRESULT length = SendTranscript(SCI_GETLENGTH);
+  if (from < 0 || from > length) return;
+  const std::string utf8 = WideToUtf8(text);
+  SendTranscript(SCI_SETREADONLY, 0);
+  SendTranscript(SCI_DELETERANGE, from, length - from);
+  if (!utf8.empty()) SendTranscript(SCI_APPENDTEXT, utf8.size(), reinterpret_cast<LPARAM>(utf8.data()));
+  SendTranscript(SCI_SETREADONLY, 1);
+}
+
+void ScrollTranscriptToEnd() {
+  if (!g_panel.transcript) return;
+  SendTranscript(SCI_GOTOPOS, SendTranscript(SCI_GETLENGTH));
+  SendTranscript(SCI_SCROLLCARET);
+}
+
+void WriteDisclaimer() {
+  if (!g_panel.transcript) return;
+  const LRESULT start = SendTranscript(SCI_GETLENGTH);
+  AppendTranscript(kDisclaimerText);
+  SendTranscript(SCI_STARTSTYLING, start);
+  SendTranscript(SCI_SETSTYLING, SendTranscript(SCI_GETLENGTH) - start, kNoteStyle);
 }
 
 void ClearTranscript() {

@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <string>
 
 #include "ai/panel/panel_rules.h"
@@ -19,6 +20,14 @@ HWND CreateAiPanel(HWND parent);
 void SetGeneratingState(bool generating);
 // Appends to the transcript, keeping the reader's view when scrolled up.
 void AppendTranscript(const std::wstring& text);
+// The transcript's length in bytes; -1 without a transcript.
+intptr_t TranscriptLength();
+// Everything from byte `from` to the end replaced by text.
+void ReplaceTranscriptTail(intptr_t from, const std::wstring& text);
+void ScrollTranscriptToEnd();
+// "AI can make mistakes. Verify important information." and a blank line, in
+// the grey italic note style.
+void WriteDisclaimer();
 // Empties the transcript and the input box, refreshes the connection labels.
 void ClearTranscript();
 // "\nChat started: ...   |   Opened: HH:MM\n\n" with the time now.

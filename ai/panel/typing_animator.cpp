@@ -166,6 +166,22 @@ DWORD WINAPI AnimatorThread(LPVOID parameter) {
   return 0;
 }
 
+// Waits for the thread while answering what it sends to this thread's
+// windows: a flush writes to the transcript with SendMessageW, so a plain
+// wait on the main thread would hold the window still for the whole limit,
+// and the typed part would land after whatever the stop writes next.
+void WaitAnsweringSentMessages(HANDLE thread, DWORD limitMs) {
+  const ULONGLONG deadline = GetTickCount64() + limitMs;
+  for (;;) {
+    const ULONGLONG now = GetTickCount64();
+    const DWORD left = now >= deadline ? 0 : static_cast<DWORD>(deadline - now);
+    const DWORD result = MsgWaitForMultipleObjects(1, &thread, FALSE, left, QS_SENDMESSAGE);
+    if (result != WAIT_OBJECT_0 + 1) return;  // ended, timed out or failed
+    MSG message;
+    PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);  // answers the sent ones
+  }
+}
+
 }  // namespace
 
 bool TranscriptViewAtEnd(HWND transcript) {
@@ -223,7 +239,7 @@ void AnimatorStop(TypingAnimator& animator) {
   Wake(animator);
   if (animator.thread) {
     // Past the limit the handle is given up; the thread may live on.
-    WaitForSingleObject(animator.thread, kAnimatorStopWaitMs);
+    WaitAnsweringSentMessages(animator.thread, kAnimatorStopWaitMs);
     CloseHandle(animator.thread);
     animator.thread = nullptr;
   }

@@ -29,6 +29,7 @@ from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from pathlib import Path
 
 PORT = 443
+GATE_TIMEOUT = 120  # seconds a held answer waits for its test at most
 PORT_LOCK = Path(tempfile.gettempdir()) / "tavro-loopback-443.lock"
 
 
@@ -46,6 +47,7 @@ class Reply:
     delay: float = 0.0          # seconds before the head is sent
     cut_after: int = None       # send only this many body bytes, then close
     content_type: str = "application/json"
+    gate: threading.Event = None  # when given, nothing is sent before it is set
 
 
 @dataclass
@@ -114,6 +116,10 @@ class _Handler(BaseHTTPRequestHandler):
         reply = mock._next_reply()
         if reply.delay:
             time.sleep(reply.delay)
+        if reply.gate is not None and not reply.gate.wait(GATE_TIMEOUT):
+            # A test that never opened its gate: the client sees a cut connection.
+            self.close_connection = True
+            return
         self.send_response(reply.status)
         self.send_header("Content-Type", reply.content_type)
         self.send_header("Content-Length", str(len(reply.body)))
@@ -158,6 +164,7 @@ class MockProvider:
         self.requests = []
         self._open_connections = 0
         self._replies = []
+        self._gates = []
         self._lock = threading.Condition()
         self._server = None
         self._thread = None
@@ -179,6 +186,8 @@ class MockProvider:
         return self
 
     def stop(self):
+        for gate in self._gates:  # a held answer doesn't outlive its test
+            gate.set()
         if self._server:
             self._server.shutdown()
             self._server.server_close()
@@ -188,12 +197,18 @@ class MockProvider:
             self._port_lock = None
 
     # -- what the test tells it --------------------------------------------
-    def reply(self, status=200, body=b"", delay=0.0, cut_after=None):
-        """Queues one answer; without any, a request gets 200 with "OK"."""
+    def reply(self, status=200, body=b"", delay=0.0, cut_after=None, held=False):
+        """Queues one answer; without any, a request gets 200 with "OK".
+        With held, returns an event: the answer waits until the test sets it,
+        so "while the provider is still answering" is a state, not a race."""
         if isinstance(body, str):
             body = body.encode("utf-8")
+        gate = threading.Event() if held else None
+        if gate is not None:
+            self._gates.append(gate)
         with self._lock:
-            self._replies.append(Reply(status, body, delay, cut_after))
+            self._replies.append(Reply(status, body, delay, cut_after, gate=gate))
+        return gate
 
     def _next_reply(self):
         with self._lock:
