@@ -2,10 +2,10 @@
 panel's controls, the replay of a stored chat at start-up, the Chat History
 menu, New Chat, delete and delete-all with the files on disk, the input box's
 limit, Copy with no selection, and the keys that stay with the panel."""
-import json
 import re
 
 import harness
+from chat_files import write_store
 from harness import TavroTestCase
 
 WM_COMMAND = 0x0111
@@ -34,29 +34,6 @@ OFFLINE_TEXT = ("AI Mod enabled, but no internet connection.\n\nAI responses wil
                 "restored.\n\nClick OK to continue.")
 
 
-def index_json(chats):
-    """The index file as the program writes it (LF here, CRLF on disk)."""
-    out = '{\n  "chats": [\n'
-    for i, chat in enumerate(chats):
-        out += "    {\n"
-        for key in ("id", "title", "lastModified", "createdAt"):
-            out += f'      "{key}": {json.dumps(chat[key], ensure_ascii=False)},\n'
-        out += f'      "isCurrent": {"true" if chat.get("current") else "false"}\n'
-        out += "    },\n" if i + 1 < len(chats) else "    }\n"
-    return out + "  ]\n}\n"
-
-
-def chat_json(messages):
-    out = '{\n  "messages": [\n'
-    for i, (is_user, text) in enumerate(messages):
-        out += "    {\n"
-        out += f'      "isUser": {"true" if is_user else "false"},\n'
-        out += f"      \"text\": {json.dumps(text, ensure_ascii=False)},\n"
-        out += '      "timestamp": "2026-11-20 10:00:00"\n'
-        out += "    },\n" if i + 1 < len(messages) else "    }\n"
-    return out + "  ]\n}\n"
-
-
 STORE = [
     {"id": "20261120_100000_0001", "title": "Adriatic tides", "lastModified": "2026-11-20 10:00:00",
      "createdAt": "20.11.2026  10:00", "current": True,
@@ -79,14 +56,7 @@ class AiPanelTest(TavroTestCase):
         self.tavro.process = None
 
     def write_store(self, chats):
-        folder = self.chats_folder()
-        for old in folder.glob("*.json"):
-            old.chmod(0o644)
-            old.unlink()
-        (folder / "index.json").write_bytes(index_json(chats).replace("\n", "\r\n").encode("utf-8"))
-        for chat in chats:
-            (folder / f"{chat['id']}.json").write_bytes(
-                chat_json(chat["messages"]).replace("\n", "\r\n").encode("utf-8"))
+        write_store(self.chats_folder(), chats)
 
     def start_in_ai_mod(self, store=None):
         self.first_run()

@@ -274,6 +274,8 @@ void Handle(const std::vector<std::string>& f) {
     Reply("err", "no such button");
   } else if (verb == "alive") {
     Reply("ok", IsWindow(ToWindow(arg(1))) ? "1" : "0");
+  } else if (verb == "enabled") {
+    Reply("ok", IsWindowEnabled(ToWindow(arg(1))) ? "1" : "0");
   } else if (verb == "wait-gone") {
     HWND window = ToWindow(arg(1));
     DWORD start = GetTickCount(), timeout = static_cast<DWORD>(Number(arg(2)));
