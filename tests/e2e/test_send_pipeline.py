@@ -327,6 +327,13 @@ class StopTests(SendPipelineCase):
         self.wait_text(TRANSCRIPT, lambda text: text.endswith(STOP_LINE), "the stop line")
         self.wait_idle_panel("Stopped.")
         self.assertEqual(self.transcript_after_start(), "YOU: Wait for it\n\n" + STOP_LINE)
+        # The stopped request hasn't returned: a question now is dropped without a word.
+        self.ask("Dropped", shown=False)
+        self.wait_text(INPUT, "", "the input box cleared")
+        self.tavro.settle(self.main)
+        self.assertEqual(self.transcript_after_start(), "YOU: Wait for it\n\n" + STOP_LINE)
+        self.assertEqual(self.text(SEND), SEND_IDLE)
+        self.assertEqual(len(self.mock.requests), 1)
         # The answer that comes after the stop is turned away by the worker as cancelled.
         gate.set()
         self.wait_text(TRANSCRIPT, lambda text: text.endswith("Error: Request cancelled by user.\n\n"),
@@ -350,7 +357,12 @@ class StopTests(SendPipelineCase):
         self.ask("Tell me a long story")
         self.wait_text(STATUS, lambda text: text.startswith("AI is typing... ("), "the countdown")
         self.wait_text(TRANSCRIPT, lambda text: "AI: word0000 word0001" in text, "typing under way")
-        self.tavro.post(self.panel, WM_COMMAND, SEND)
+        # Enter in the input box is Stop while a reply is under way.
+        box = self.controls[INPUT]
+        self.tavro.keys("shift")
+        self.tavro.post(box, WM_LBUTTONDOWN, 1, (5 << 16) | 5)
+        self.tavro.post(box, WM_LBUTTONUP, 0, (5 << 16) | 5)
+        self.tavro.keys("Return", window=self.main, focus=box)
         self.wait_text(TRANSCRIPT, lambda text: text.endswith(STOP_LINE), "the stop line")
         # The stopped animator reports last.
         self.wait_idle_panel("Stopped")

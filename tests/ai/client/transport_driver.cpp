@@ -8,7 +8,7 @@
 // options:  --provider N --key K --account A --model M --endpoint E --prompt P
 //           --temperature HUNDREDTHS --max-tokens N --no-session
 // commands: request TEXT [u:TEXT | a:TEXT ...]   one request with that history
-//           request-stop MS TEXT                 Stop MS milliseconds after the start
+//           request-stop-on-file FLAG TEXT       Stop once the file FLAG exists, then make FLAG.done
 //           request-twice TEXT                   a second send right behind the first
 //           post-cancelled                       HttpsPost with cancel already set
 //           test-connection                      the AI Settings dialog's test
@@ -109,11 +109,16 @@ int wmain(int argc, wchar_t** argv) {
     for (size_t k = 1; k < rest.size(); ++k) history.push_back({rest[k].compare(0, 2, L"u:") == 0, rest[k].substr(2)});
     StartAiRequest(window, rest[0], history);
     WaitForWorker();
-  } else if (command == L"request-stop" && rest.size() == 2) {
+  } else if (command == L"request-stop-on-file" && rest.size() == 2) {
+    // The test says when: once its provider holds the request, and it lets
+    // the answer go only after FLAG.done, so the stop lands in the wait.
     StartAiRequest(window, rest[1], {});
-    Sleep(static_cast<DWORD>(_wtoi(rest[0].c_str())));
+    for (int i = 0; i < 12000 && GetFileAttributesW(rest[0].c_str()) == INVALID_FILE_ATTRIBUTES; ++i) Sleep(10);
     g_aiCancelRequested.exchange(1);  // what Stop does: the handle is left alone
     Print(std::string("{\"event\":\"stopped\",\"busy\":") + std::to_string(g_aiRequestBusy.load()) + "}");
+    HANDLE done = CreateFileW((rest[0] + L".done").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (done != INVALID_HANDLE_VALUE) CloseHandle(done);
     WaitForWorker();
   } else if (command == L"request-twice" && rest.size() == 1) {
     StartAiRequest(window, rest[0], {});
