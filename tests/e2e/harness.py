@@ -148,8 +148,33 @@ def _unescape_wine(text):
     return out.decode("cp1252", "replace")
 
 
+def network_namespace_works():
+    """Whether this machine lets the tests give a session a network of its
+    own (unshare and nsenter, as root)."""
+    try:
+        return subprocess.run(["unshare", "-n", "true"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                              timeout=30).returncode == 0
+    except (OSError, subprocess.SubprocessError):
+        return False
+
+
+def machine_has_default_route():
+    """Whether this machine has an IPv4 or IPv6 default route: a network that
+    Windows' network list counts as the internet."""
+    try:
+        ipv4 = any(line.split()[1] == "00000000" for line in Path("/proc/net/route").read_text().splitlines()[1:])
+        ipv6 = any(line.split()[0] == "0" * 32 and line.split()[1] == "00"
+                   for line in Path("/proc/net/ipv6_route").read_text().splitlines() if line.split()[-1] != "lo")
+    except OSError:
+        return False
+    return ipv4 or ipv6
+
+
 class TavroSession:
-    def __init__(self, name):
+    def __init__(self, name, network=True):
+        """network False: the whole Wine process tree of the session (server,
+        services, probe, programs) runs in a network namespace of its own
+        with loopback only, as on a machine with no network at all."""
         self.name = re.sub(r"[^A-Za-z0-9_.-]", "_", name)
         self.work = WORK / self.name
         shutil.rmtree(self.work, ignore_errors=True)
@@ -165,11 +190,16 @@ class TavroSession:
         self._mock = None
         self._xvfb = None
         self.display = None
+        self._netns = None
+        self._wrap = []
         ensure_template()
         copy_prefix(self.prefix)
         self._start_xvfb()
         self.env = _wine_env(self.prefix, self.display)
-        subprocess.run(["wineserver", "-p"], env=self.env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+        if not network:
+            self._enter_loopback_only_network()
+        subprocess.run(self._wrap + ["wineserver", "-p"], env=self.env, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL,
                        stderr=subprocess.DEVNULL, check=True)
 
     # -- processes -------------------------------------------------------
@@ -188,13 +218,22 @@ class TavroSession:
         os.close(read_end)
         self.display = ":" + number.decode().strip()
 
-    def start(self, *args, exe=None, debug="-all,warn+seh"):
-        """Starts Tavro.exe (or another copy of it) with the given arguments."""
-        """The first process started is self.process; later ones are only returned."""
-        env = dict(self.env, WINEDEBUG=debug)
+    def _enter_loopback_only_network(self):
+        # A process holds the namespace; every Wine process enters it.
+        self._netns = subprocess.Popen(["unshare", "-n", "sh", "-c", "echo ready; exec sleep infinity"],
+                                       stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        if self._netns.stdout.readline().strip() != b"ready":
+            raise RuntimeError("no network namespace")
+        self._wrap = ["nsenter", "-t", str(self._netns.pid), "-n"]
+
+    def start(self, *args, exe=None, debug="-all,warn+seh", env=None):
+        """Starts Tavro.exe (or another copy of it) with the given arguments
+        and extra environment. The first process started is self.process;
+        later ones are only returned."""
+        env = dict(self.env, WINEDEBUG=debug, **(env or {}))
         if self._log_file is None:
             self._log_file = open(self.log_path, "ab")
-        process = subprocess.Popen(["wine", str(exe or BIN / "Tavro.exe"), *args], env=env,
+        process = subprocess.Popen(self._wrap + ["wine", str(exe or BIN / "Tavro.exe"), *args], env=env,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=self._log_file,
                                    cwd=self.work)
         self.processes.append(process)
@@ -227,7 +266,12 @@ class TavroSession:
                     self._probe.kill()
                 self._probe.stdin.close()
                 self._probe.stdout.close()
-            subprocess.run(["wineserver", "-k"], env=self.env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            subprocess.run(self._wrap + ["wineserver", "-k"], env=self.env, stdout=subprocess.DEVNULL,
+                           stderr=subprocess.DEVNULL)
+            if self._netns:
+                self._netns.kill()
+                self._netns.wait()
+                self._netns.stdout.close()
             if self._log_file:
                 self._log_file.close()
             if self.log_path.exists():
@@ -258,7 +302,8 @@ class TavroSession:
         env = dict(self.env, WINEDEBUG=debug)
         out_path, err_path = self.work / "tool.out", self.work / "tool.err"
         with open(out_path, "wb") as out, open(err_path, "wb") as err:
-            process = subprocess.Popen(["wine", str(exe), *args], env=env, stdin=subprocess.DEVNULL, stdout=out,
+            process = subprocess.Popen(self._wrap + ["wine", str(exe), *args], env=env, stdin=subprocess.DEVNULL,
+                                       stdout=out,
                                        stderr=err, cwd=self.work)
         try:
             code = process.wait(timeout=timeout)
@@ -271,7 +316,8 @@ class TavroSession:
     # -- the probe -------------------------------------------------------
     def _probe_process(self):
         if self._probe is None or self._probe.poll() is not None:
-            self._probe = subprocess.Popen(["wine", str(PROBE)], env=self.env, stdin=subprocess.PIPE,
+            self._probe = subprocess.Popen(self._wrap + ["wine", str(PROBE)], env=self.env,
+                                           stdin=subprocess.PIPE,
                                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         return self._probe
 
