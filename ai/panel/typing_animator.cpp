@@ -117,7 +117,13 @@ void TypePaced(TypingAnimator& animator, std::wstring& batch, int64_t& flushTime
         if (!animator.stop.load()) Countdown(animator, remaining);
       }
       const int delay = animator.delayMs.load();
-      if (delay > 0) Pause(animator, static_cast<DWORD>(delay));
+      if (delay > 0) {
+        Pause(animator, static_cast<DWORD>(delay));
+        // The 16 ms of a batch count from the end of the pause: otherwise any
+        // pause of 16 ms or more would let each unit out alone, one a pause,
+        // where a batch of 24 a pause is the speed (960 a second at 25 ms).
+        flushTime = Now(animator);
+      }
     }
     if (animator.finish.load()) {
       std::lock_guard<std::mutex> lock(animator.queueLock);

@@ -14,6 +14,8 @@ from mock_provider import answer_body
 WM_COMMAND = 0x0111
 WM_LBUTTONDOWN = 0x0201
 WM_LBUTTONUP = 0x0202
+WM_VSCROLL, SB_PAGEUP, SB_BOTTOM = 0x0115, 2, 7
+SCI_GETLENGTH, SCI_GETFIRSTVISIBLELINE = 2006, 2152
 PANEL = "TavroAiPanel"
 TRANSCRIPT, INPUT, SEND, AI_SETTINGS, STATUS, NEW_CHAT, HISTORY = 8000, 8001, 8002, 8004, 8005, 8016, 8017
 # Payload offsets of the settings record.
@@ -374,6 +376,44 @@ class StopTests(SendPipelineCase):
         self.assertEqual(text.count(STOP_LINE), 1)
         self.assertTrue(text.endswith(STOP_LINE))
         self.assertEqual(self.current_messages(), [(True, "Tell me a long story")])
+
+
+class FollowTests(SendPipelineCase):
+    def test_the_view_stays_put_while_scrolled_up_and_follows_again_at_the_end(self):
+        self.start_panel(typing=True, delay=100)
+        answer = "\n".join(f"line {n:03d} of a long story" for n in range(200))  # about 20 s of typing
+        self.mock.reply(200, answer_body(answer))
+        self.ask("Tell me a long story")
+        view = self.controls[TRANSCRIPT]
+
+        def first_line():
+            return self.tavro.send(view, SCI_GETFIRSTVISIBLELINE)
+
+        def length():
+            return self.tavro.send(view, SCI_GETLENGTH)
+
+        # Following: the typed lines push the view down.
+        self.tavro.wait_until(first_line, lambda line: line >= 3, what="the view following the typing")
+        # The reader pages up: the view stays where it was put while text comes.
+        self.tavro.post(view, WM_VSCROLL, SB_PAGEUP)
+        self.tavro.settle(self.main)
+        held = first_line()
+        grown = length() + 200
+        self.tavro.wait_until(length, lambda value: value >= grown, what="more text typed")
+        self.assertEqual(first_line(), held)
+        self.assertIn("AI is typing... (", self.text(STATUS))
+
+        # Back to the end: following resumes. The hook only tries the lock the
+        # typing thread flushes under, so a scroll that met a flush is repeated.
+        def follows():
+            self.tavro.post(view, WM_VSCROLL, SB_BOTTOM)
+            self.tavro.settle(self.main)
+            bottom, grown = first_line(), length() + 100
+            self.tavro.wait_until(length, lambda value: value >= grown, what="more text typed")
+            return first_line() > bottom
+        self.tavro.wait_until(follows, what="the view following again")
+        self.tavro.post(self.panel, WM_COMMAND, SEND)  # Stop: the rest isn't needed
+        self.wait_idle_panel("Stopped")
 
 
 class ChatLimitTests(SendPipelineCase):

@@ -145,6 +145,24 @@ TEST_F(Animator, TheDelayFallsAfterEachBatchNotEachCharacter) {
   EXPECT_EQ(record_.sleeps, (std::vector<DWORD>{7, 7, 7}));
 }
 
+TEST_F(Animator, APauseLongerThanTheBatchTimeStillLets24UnitsOutAtOnce) {
+  // The pause moves the clock on as a real one would.
+  animator_.hooks.sleep = [this](DWORD ms) {
+    clock_.fetch_add(int64_t{ms} * 1000);
+    std::lock_guard<std::mutex> lock(record_.lock);
+    record_.sleeps.push_back(ms);
+  };
+  AnimatorSetDelay(animator_, 25);
+  AnimatorStart(animator_);
+  AnimatorEnqueue(animator_, std::wstring(72, L'z'));
+  AnimatorFinish(animator_);
+  ASSERT_TRUE(WaitForEnd());
+  ASSERT_EQ(record_.writes.size(), 4u);
+  for (size_t i = 0; i < 3; ++i) EXPECT_EQ(record_.writes[i], std::wstring(24, L'z'));
+  EXPECT_EQ(record_.writes[3], L"\n\n");
+  EXPECT_EQ(record_.sleeps, (std::vector<DWORD>{25, 25, 25}));
+}
+
 TEST_F(Animator, DelayIsClampedTo0Through100) {
   AnimatorSetDelay(animator_, -5);
   EXPECT_EQ(animator_.delayMs.load(), 0);
@@ -173,20 +191,46 @@ TEST_F(Animator, NoCountdownWhenNothingRemains) {
   EXPECT_TRUE(record_.countdowns.empty());
 }
 
-TEST_F(Animator, CountdownAfter100MillisecondsAndBatchesAfter16) {
-  // Each pause moves the clock on by 100 ms: after the first full batch every
-  // batch is due at its first unit (16 ms have passed) and every flush is
-  // 100 ms past the last countdown.
+TEST_F(Animator, CountdownAfter100Milliseconds) {
+  // Each pause moves the clock on by 100 ms. The first batch goes out at 0 ms
+  // with 24 typed: no countdown; the second at 100 ms: the countdown of the 12
+  // left; the last 12 go out whole at the end.
   animator_.hooks.sleep = [this](DWORD) { clock_ += 100000; };
   AnimatorSetDelay(animator_, 1);
   AnimatorStart(animator_);
-  AnimatorEnqueue(animator_, std::wstring(30, L'c'));
+  AnimatorEnqueue(animator_, std::wstring(60, L'c'));
   AnimatorFinish(animator_);
   ASSERT_TRUE(WaitForEnd());
-  ASSERT_EQ(record_.writes.size(), 8u);
+  ASSERT_EQ(record_.writes.size(), 4u);
   EXPECT_EQ(record_.writes[0].size(), 24u);
-  for (size_t i = 1; i < 7; ++i) EXPECT_EQ(record_.writes[i].size(), 1u) << i;
-  EXPECT_EQ(record_.countdowns, (std::vector<int>{5, 4, 3, 2, 1}));
+  EXPECT_EQ(record_.writes[1].size(), 24u);
+  EXPECT_EQ(record_.writes[2].size(), 12u);
+  EXPECT_EQ(record_.countdowns, (std::vector<int>{12}));
+}
+
+TEST_F(Animator, CountdownOnEachMultipleOf20Typed) {
+  // The clock stands still: only the count can call for a countdown, at 120
+  // typed (the flushes come at 24, 48, 72, 96, 120 and 144).
+  AnimatorStart(animator_);
+  AnimatorEnqueue(animator_, std::wstring(144, L'c'));
+  AnimatorFinish(animator_);
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(record_.countdowns, (std::vector<int>{24}));
+}
+
+TEST_F(Animator, AShortBatchGoesOutOnce16MillisecondsHavePassed) {
+  AnimatorStart(animator_);
+  AnimatorEnqueue(animator_, L"short");
+  // All five units are in the batch, and with the clock still nothing is due.
+  for (int i = 0; i < 20000 && animator_.typedChars.load() < 5; ++i) Sleep(1);
+  ASSERT_EQ(animator_.typedChars.load(), 5);
+  clock_ += 16000;
+  animator_.queueSignal.notify_all();
+  ASSERT_TRUE(WaitFor([](const Record& r) { return !r.writes.empty(); }));
+  EXPECT_EQ(record_.writes[0], L"short");
+  AnimatorFinish(animator_);
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Written(), L"short\n\n");
 }
 
 TEST_F(Animator, StopKeepsTheTypedPartAddsNoLineFeedsAndReportsStopped) {
