@@ -227,7 +227,10 @@ void ShowEditContextMenu(HWND edit, HWND owner, POINT screenPoint) {
 
 void AttachEditContextMenu(HWND combo, HWND owner) {
   HWND edit = FindWindowExW(combo, nullptr, L"Edit", nullptr);
-  if (!edit) return;
+  if (edit) AttachFieldContextMenu(edit, owner);
+}
+
+void AttachFieldContextMenu(HWND edit, HWND owner) {
   // Once per field. The MinGW import library has no GetWindowSubclass, so a
   // property marks a field that has the menu already.
   if (GetPropW(edit, kEditMenuProperty)) return;

@@ -46,3 +46,5 @@ bool DrawMenuItem(const DRAWITEMSTRUCT* item);
 void ShowEditContextMenu(HWND edit, HWND owner, POINT screenPoint);
 // Gives the "Edit" child of a combo box that menu, once.
 void AttachEditContextMenu(HWND combo, HWND owner);
+// Gives an edit field that menu, once.
+void AttachFieldContextMenu(HWND edit, HWND owner);

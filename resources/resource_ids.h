@@ -6,3 +6,25 @@
 #define IDR_ACCELERATORS 103        // the keys of the command table
 #define IDW_TYPEWRITER_KEY 333      // wave: a key strike
 #define IDW_TYPEWRITER_RETURN 334   // wave: the carriage return
+
+// The AI Settings dialog and its controls.
+#define IDD_AI_SETTINGS 8100
+#define IDC_AI_PROVIDER 8101
+#define IDC_AI_KEY 8102
+#define IDC_AI_MODEL 8103
+#define IDC_AI_TEMPERATURE 8105
+#define IDC_AI_TEMPERATURE_TEXT 8106
+#define IDC_AI_MAX_TOKENS 8107
+#define IDC_AI_KEEP_HISTORY 8109
+#define IDC_AI_HISTORY_LIMIT 8110
+#define IDC_AI_TEST 8111
+#define IDC_AI_RESET 8112
+#define IDC_AI_RESULT 8113
+#define IDC_AI_CHAT_COUNT 8123
+#define IDC_AI_PANEL_SIZE 8124
+#define IDC_AI_ACCOUNT 8126
+#define IDC_AI_TEMPERATURE_NOTE 8150
+#define IDC_AI_TYPING_DELAY 8400
+#define IDC_AI_TYPING_DELAY_TEXT 8401
+#define IDC_AI_TYPING_DELAY_NOTE 8411
+#define IDC_AI_TYPING 8420

@@ -203,6 +203,9 @@ enum class SettingsLoadResult { kLoaded, kFileNotFound, kInvalidHeader, kChecksu
 // 32-bit FNV-1a over the 40302 payload bytes.
 uint32_t SettingsChecksum(const void* payload);
 
+// The model of a fresh record and of the AI settings' reset: Groq's.
+constexpr wchar_t kDefaultModelName[] = L"llama-3.1-8b-instant";
+
 // Zero from offset 12 to the end and the first 8 bytes, then every default.
 void SetDefaultSettings(AppSettings& record);
 

@@ -149,7 +149,7 @@ void SetDefaultSettings(AppSettings& record) {
   record.soundOnEnter = 0;
   record.showSplash = 1;
   record.aiProvider = 0;
-  CopyText(record.modelName, 128, L"llama-3.1-8b-instant");
+  CopyText(record.modelName, 128, kDefaultModelName);
   CopyText(record.systemPrompt, 1024, kDefaultSystemPrompt);
   record.temperatureHundredths = 70;
   record.maxTokens = 2048;

@@ -17,6 +17,7 @@
 #include "ai/client/system_context.h"
 #include "ai/client/transport.h"
 #include "ai/panel/ai_panel.h"
+#include "ai/panel/ai_settings_dialog.h"
 #include "ai/panel/send_pipeline.h"
 #include "ai/panel/chat_selection.h"
 #include "base/heap_text.h"
@@ -484,8 +485,8 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       ClearLiveConversation();
       return 0;
     case WM_AI_CONNECTIVITY_CHANGED:
-      // The AI Settings dialog's result line follows too, once that dialog exists.
       if (g_hwndAiPanel) RefreshConnectionLabels();
+      ShowConnectivityInAiSettings(wParam == 1);
       return 0;
     case WM_AI_STATUS_TEXT: {
       auto* text = reinterpret_cast<wchar_t*>(lParam);

@@ -20,3 +20,4 @@ int32_t g_aiThinkingFrame = 0;
 std::vector<ChatTurn> g_aiLiveHistory;
 std::wstring g_aiAnswerBuffer;
 std::atomic<bool> g_isOnline{false};
+HWND g_hwndAiSettingsDialog = nullptr;

@@ -26,6 +26,9 @@ extern std::atomic<uint8_t> g_aiCancelRequested;  // stop what is in flight
 extern std::atomic<HINTERNET> g_aiRequestHandle;
 extern HANDLE g_aiWorkerThread;  // the last worker started
 
+// The AI Settings dialog while it is open, else null.
+extern HWND g_hwndAiSettingsDialog;
+
 // Whether the network is online, as the connectivity watch last saw it; false
 // until that watch runs.
 extern std::atomic<bool> g_isOnline;

@@ -12,6 +12,7 @@
 #include "Scintilla.h"
 #include "ai/chat/chat_store.h"
 #include "ai/client/ai_state.h"
+#include "ai/panel/ai_settings_dialog.h"
 #include "ai/panel/chat_selection.h"
 #include "ai/panel/connectivity.h"
 #include "ai/panel/panel_rules.h"
@@ -534,7 +535,7 @@ void OnPanelCommand(int id, int code) {
       OnSend();
       return;
     case kPanelAiSettingsButtonId:
-      NotBuiltYet(L"[ShowAiSettingsDialog] not built yet\n");
+      ShowAiSettingsDialog(g_hwndMain ? g_hwndMain : g_panel.panel);
       return;
     case kPanelNewChatButtonId:
       OnNewChat();
@@ -927,6 +928,11 @@ void RefreshAfterStatusMessage() { ShowConnectionTexts(StatusRefreshTexts); }
 
 void SetPanelStatus(const std::wstring& text) {
   if (g_panel.status) SetWindowTextW(g_panel.status, text.c_str());
+}
+
+void SetPanelConnectionText(const std::wstring& text) {
+  SetPanelStatus(text);
+  if (g_panel.connection) SetWindowTextW(g_panel.connection, text.c_str());
 }
 
 void ApplyPanelTheme() {

@@ -42,6 +42,8 @@ void RefreshConnectionLabels();
 void RefreshAfterStatusMessage();
 // The status line.
 void SetPanelStatus(const std::wstring& text);
+// The status line and the connection label, both to text.
+void SetPanelConnectionText(const std::wstring& text);
 // Colours, brushes and the transcript's styles after a theme change.
 void ApplyPanelTheme();
 
