@@ -184,7 +184,8 @@ void DrawThemedButton(const DRAWITEMSTRUCT* item) {
                            CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH, L"Segoe UI");
   HGDIOBJ oldFont = SelectObject(dc, font);
   SetBkMode(dc, TRANSPARENT);
-  SetTextColor(dc, row.buttonText);
+  // A disabled button keeps its face and shows its label in the muted colour.
+  SetTextColor(dc, (item->itemState & ODS_DISABLED) ? row.controlTextDisabled : row.buttonText);
   if (pressed) OffsetRect(&rect, 0, 1);
   DrawTextW(dc, caption, -1, &rect, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
   SelectObject(dc, oldFont);

@@ -31,15 +31,24 @@ std::wstring GetAppSubfolder(const wchar_t* name) {
 
 }  // namespace
 
-std::wstring GetSettingsFilePath() {
+std::wstring GetSettingsFilePath() { return ProfileFilePath(g_profileName); }
+
+std::wstring ProfileFilePath(const std::wstring& name) {
   const std::wstring app = GetAppDataFolder();
   if (app.empty()) return L"tavro.cfg";
-  if (IsDefaultProfileName(g_profileName)) return app + L"\\tavro.cfg";
+  if (IsDefaultProfileName(name)) return app + L"\\tavro.cfg";
   const std::wstring profiles = app + L"\\profiles";
   CreateDirectoryW(profiles.c_str(), nullptr);
-  return profiles + L"\\tavro_" + g_profileName + L".cfg";
+  return profiles + L"\\tavro_" + name + L".cfg";
 }
 
 std::wstring GetProfilesFolder() { return GetAppSubfolder(L"profiles"); }
+
+std::wstring GetChatsFolder() { return GetAppSubfolder(L"chats"); }
+
+std::wstring ChatFolderOfProfile(const std::wstring& label) {
+  const std::wstring chats = GetChatsFolder();
+  return chats.empty() ? std::wstring() : chats + L"\\" + label;
+}
 
 std::wstring GetTempFolder() { return GetAppSubfolder(L"tmp"); }

@@ -2,8 +2,11 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include "settings/data_folders.h"
 #include "base/app_state.h"
+#include "base/file_attributes.h"
 
 std::wstring ProfileNameOfFile(const std::wstring& fileName) {
   std::wstring name = fileName.size() > 6 ? fileName.substr(6) : std::wstring();
@@ -34,3 +37,59 @@ std::vector<ProfileInfo> ListProfilesIn(const std::wstring& appFolder, const std
 }
 
 std::vector<ProfileInfo> ListProfiles() { return ListProfilesIn(GetAppDataFolder(), g_profileName); }
+
+bool IsProfileRunning(const std::wstring& name) {
+  if (ProfileLabel(name) == ProfileLabel(g_profileName)) return true;
+  HANDLE mutex = OpenMutexW(SYNCHRONIZE, FALSE, (kInstanceMutexPrefix + ProfileLabel(name)).c_str());
+  if (!mutex) return false;
+  CloseHandle(mutex);
+  return true;
+}
+
+namespace {
+
+bool IsFolder(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+// The shell's folder move wants each path ended by two zeros.
+std::wstring DoubleZeroTerminated(const std::wstring& path) { return path + std::wstring(2, L'\0'); }
+
+}  // namespace
+
+bool DeleteProfileFiles(const std::wstring& settingsPath, const std::wstring& chatFolder) {
+  ClearReadOnlyAttribute(settingsPath);
+  if (!DeleteFileW(settingsPath.c_str())) return false;
+  if (chatFolder.empty() || !IsFolder(chatFolder)) return true;
+  ClearReadOnlyAttribute(chatFolder);
+  WIN32_FIND_DATAW found;
+  HANDLE search = FindFirstFileW((chatFolder + L"\\*").c_str(), &found);
+  if (search != INVALID_HANDLE_VALUE) {
+    do {
+      if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
+      const std::wstring file = chatFolder + L"\\" + found.cFileName;
+      SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+      DeleteFileW(file.c_str());
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+  }
+  RemoveDirectoryW(chatFolder.c_str());
+  return true;
+}
+
+ProfileMove MoveProfileFiles(const std::wstring& oldPath, const std::wstring& newPath,
+                             const std::wstring& oldChatFolder, const std::wstring& newChatFolder) {
+  ClearReadOnlyAttribute(oldPath);
+  if (!MoveFileW(oldPath.c_str(), newPath.c_str())) return ProfileMove::kFailed;
+  if (oldChatFolder.empty() || !IsFolder(oldChatFolder)) return ProfileMove::kMoved;
+  const std::wstring from = DoubleZeroTerminated(oldChatFolder);
+  const std::wstring to = DoubleZeroTerminated(newChatFolder);
+  SHFILEOPSTRUCTW operation = {};
+  operation.wFunc = FO_MOVE;
+  operation.pFrom = from.c_str();
+  operation.pTo = to.c_str();
+  operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOERRORUI;
+  const int result = SHFileOperationW(&operation);
+  return result != 0 || operation.fAnyOperationsAborted ? ProfileMove::kMovedWithoutChats : ProfileMove::kMoved;
+}

@@ -23,3 +23,22 @@ std::vector<ProfileInfo> ListProfilesIn(const std::wstring& appFolder, const std
 
 // The name of a profile's settings file, "tavro_work.cfg" -> "work".
 std::wstring ProfileNameOfFile(const std::wstring& fileName);
+
+// ProfileFilePath(name), the settings file of a profile, is in data_folders.h.
+
+// True for this process's profile; otherwise whether another process holds
+// that profile's instance mutex.
+bool IsProfileRunning(const std::wstring& name);
+
+// The file-system steps of a delete: the settings file (its read-only
+// attribute cleared first), then the loose files of the chat folder and the
+// folder itself. False only when the settings file stays; what happens to the
+// chat folder is not reported, and subfolders are not entered.
+bool DeleteProfileFiles(const std::wstring& settingsPath, const std::wstring& chatFolder);
+
+enum class ProfileMove { kMoved, kMovedWithoutChats, kFailed };
+// The file-system steps of a rename: the settings file to its new name, then
+// the chat folder when there is one. kMovedWithoutChats when the folder
+// exists and could not be moved; kFailed when the settings file stays.
+ProfileMove MoveProfileFiles(const std::wstring& oldPath, const std::wstring& newPath,
+                             const std::wstring& oldChatFolder, const std::wstring& newChatFolder);

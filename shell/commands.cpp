@@ -15,6 +15,7 @@
 #include "shell/mode_switch.h"
 #include "shell/open_document.h"
 #include "shell/pending_entries.h"
+#include "shell/profile_manager.h"
 #include "shell/shell.h"
 #include "shell/toolbar.h"
 
@@ -166,7 +167,7 @@ bool HandleCommand(HWND window, int id) {
     case kCmdMarkdownPreview: PreviewMarkdown(window); return true;
     case kCmdExportDialog: ShowExportDialog(window, -1); return true;
     case kCmdHelp: ShowHelpWindow(window); return true;
-    case kCmdProfiles: ShowProfilesMenu(window); return true;
+    case kCmdProfiles: ShowProfileManager(window); return true;
     case kCmdModeSwitch: SwitchEditorMode(window); return true;
     case kCmdSettings: ShowSettingsDialog(window); return true;
     case kCmdRecentClear: ClearRecentFiles(window); return true;

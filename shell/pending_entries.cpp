@@ -18,7 +18,6 @@ void ShowExportDialog(HWND, int) { NotBuiltYet(L"[ShowExportDialog] not built ye
 void ShowMarkdownPreview(HWND) { NotBuiltYet(L"[ShowMarkdownPreview] not built yet\n"); }
 void OpenTextInViewer(HWND) { NotBuiltYet(L"[OpenTextInViewer] not built yet\n"); }
 void ShowHelpWindow(HWND) { NotBuiltYet(L"[ShowHelpWindow] not built yet\n"); }
-void ShowProfilesMenu(HWND) { NotBuiltYet(L"[ShowProfilesMenu] not built yet\n"); }
 void ShowSettingsDialog(HWND) { NotBuiltYet(L"[ShowSettingsDialog] not built yet\n"); }
 void OpenRecentFile(HWND, int) { NotBuiltYet(L"[OpenRecentFile] not built yet\n"); }
 void RemoveRecentFile(int) { NotBuiltYet(L"[RemoveRecentFile] not built yet\n"); }

@@ -17,7 +17,6 @@ void ShowExportDialog(HWND owner, int format);  // -1: the format choice; 0..3 P
 void ShowMarkdownPreview(HWND owner);
 void OpenTextInViewer(HWND owner);
 void ShowHelpWindow(HWND owner);
-void ShowProfilesMenu(HWND owner);
 void ShowSettingsDialog(HWND owner);
 void OpenRecentFile(HWND owner, int slot);
 void RemoveRecentFile(int slot);

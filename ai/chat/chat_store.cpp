@@ -115,11 +115,7 @@ ChatHistoryManager& GetChatHistory() {
 }
 
 std::wstring ChatFolder(ChatHistoryManager& store) {
-  if (store.folder.empty()) {
-    std::wstring chats = GetAppDataFolder() + L"\\chats";
-    CreateDirectoryW(chats.c_str(), nullptr);
-    store.folder = chats + L"\\" + ProfileLabel(g_profileName);
-  }
+  if (store.folder.empty()) store.folder = ChatFolderOfProfile(ProfileLabel(g_profileName));
   CreateDirectoryW(store.folder.c_str(), nullptr);
   return store.folder;
 }

@@ -15,6 +15,7 @@
 #include "base/app_state.h"
 #include "base/messages.h"
 #include "presentation/dark_menu.h"
+#include "presentation/dialog_theme.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
 #include "resources/resource_ids.h"
@@ -23,18 +24,11 @@
 namespace {
 
 constexpr UINT WM_REFILL_CHAT_COUNT = WM_APP + 230;  // nothing sends it yet; kept for the day something does
-constexpr int kButtonFontHeight = -12;
-
 // The dialog's working state.
 struct AiSettingsState {
-  HBRUSH background = nullptr;
-  HBRUSH field = nullptr;
-  HFONT buttonFont = nullptr;
-  LONG_PTR classBrushBefore = 0;
+  DialogTheme theme;
 };
 
-constexpr int kPushButtons[] = {IDC_AI_TEST, IDC_AI_RESET, IDOK, IDCANCEL};
-constexpr int kUnstyledButtons[] = {IDC_AI_KEEP_HISTORY, IDC_AI_TYPING};
 constexpr int kFields[] = {IDC_AI_ACCOUNT, IDC_AI_KEY, IDC_AI_MODEL};
 
 HWND Item(HWND dialog, int id) { return GetDlgItem(dialog, id); }
@@ -218,26 +212,8 @@ void OnSave(HWND dialog) {
 }
 
 void ApplyTheme(HWND dialog, AiSettingsState& state) {
-  const ThemeColors& row = CurrentTheme();
-  state.background = CreateSolidBrush(row.windowBackground);
-  state.field = CreateSolidBrush(row.editorBackground);
-  state.classBrushBefore = SetClassLongPtrW(dialog, GCLP_HBRBACKGROUND, reinterpret_cast<LONG_PTR>(state.background));
-  SetDarkTitleBar(dialog, (row.isDark & 0xFF) != 0);
-  state.buttonFont = CreateFontW(kButtonFontHeight, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                                 OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH, L"Segoe UI");
-  for (int id : kPushButtons) {
-    HWND button = Item(dialog, id);
-    SetWindowLongPtrW(button, GWL_STYLE, (GetWindowLongPtrW(button, GWL_STYLE) & ~BS_TYPEMASK) | BS_OWNERDRAW);
-    SendMessageW(button, WM_SETFONT, reinterpret_cast<WPARAM>(state.buttonFont), FALSE);
-  }
-  for (int id : kUnstyledButtons) SetWindowTheme(Item(dialog, id), L"", L"");
-  for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-    wchar_t className[16] = {};
-    GetClassNameW(child, className, 16);
-    if ((GetWindowLongPtrW(child, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX && lstrcmpiW(className, L"Button") == 0)
-      SetWindowTheme(child, L"", L"");
-  }
-  for (int id : kFields) SetWindowTheme(Item(dialog, id), WindowThemeClass(row), nullptr);
+  ApplyDialogTheme(dialog, state.theme);
+  for (int id : kFields) SetWindowTheme(Item(dialog, id), WindowThemeClass(CurrentTheme()), nullptr);
 }
 
 INT_PTR CALLBACK AiSettingsProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -254,22 +230,15 @@ INT_PTR CALLBACK AiSettingsProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
       return TRUE;
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
-    case WM_CTLCOLORBTN: {
-      HDC dc = reinterpret_cast<HDC>(wParam);
-      SetBkColor(dc, CurrentTheme().windowBackground);
-      SetTextColor(dc, CurrentTheme().dialogText);
-      return reinterpret_cast<INT_PTR>(state->background);
-    }
+    case WM_CTLCOLORBTN:
     case WM_CTLCOLOREDIT:
-    case WM_CTLCOLORLISTBOX: {
-      HDC dc = reinterpret_cast<HDC>(wParam);
-      SetBkColor(dc, CurrentTheme().editorBackground);
-      SetTextColor(dc, CurrentTheme().editorText);
-      return reinterpret_cast<INT_PTR>(state->field);
+    case WM_CTLCOLORLISTBOX:
+    case WM_DRAWITEM: {
+      INT_PTR result = FALSE;
+      if (message == WM_DRAWITEM && DrawMenuItem(reinterpret_cast<const DRAWITEMSTRUCT*>(lParam))) return TRUE;
+      if (state && DialogThemeMessage(state->theme, message, wParam, lParam, result)) return result;
+      break;
     }
-    case WM_DRAWITEM:
-      DrawThemedButton(reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
-      return TRUE;
     case WM_MEASUREITEM:
       return MeasureMenuItem(dialog, reinterpret_cast<MEASUREITEMSTRUCT*>(lParam));
     case WM_HSCROLL:
@@ -311,12 +280,7 @@ INT_PTR CALLBACK AiSettingsProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
       break;
     case WM_DESTROY:
       if (g_hwndAiSettingsDialog == dialog) g_hwndAiSettingsDialog = nullptr;
-      if (state) {
-        SetClassLongPtrW(dialog, GCLP_HBRBACKGROUND, state->classBrushBefore);
-        DeleteObject(state->background);
-        DeleteObject(state->field);
-        DeleteObject(state->buttonFont);
-      }
+      if (state) ReleaseDialogTheme(dialog, state->theme);
       break;
   }
   return FALSE;

@@ -334,6 +334,9 @@ class TavroSession:
             raise ProbeError(f"{fields[0]}: {value or answer or 'no answer'}")
         if fields[0] in ("children", "list-windows"):
             return [self._row(probe.stdout.readline()) for _ in range(int(value))]
+        if fields[0] == "list-items":
+            lines = [_unescape_probe(probe.stdout.readline().decode("utf-8").rstrip("\r\n")) for _ in range(int(value))]
+            return int(lines[0]), lines[1:]
         return _unescape_probe(value)
 
     @staticmethod
@@ -390,6 +393,13 @@ class TavroSession:
 
     def chars(self, hwnd, text):
         self.request("chars", hwnd, text)
+
+    def list_items(self, hwnd):
+        """(index of the selected row or -1, [row texts]) of a list box."""
+        return self.request("list-items", hwnd)
+
+    def enabled(self, hwnd):
+        return self.request("enabled", hwnd) == "1"
 
     def windows(self, class_name):
         return self.request("list-windows", class_name)

@@ -2,6 +2,8 @@
 button: its controls and their values from a settings file the test wrote,
 provider selection, the read-outs, the connection test against the mock
 provider, and what Save, Cancel and Reset to Defaults leave in the file."""
+import subprocess
+
 import harness
 from harness import TavroTestCase, utf16_field
 from mock_provider import answer_body
@@ -20,6 +22,14 @@ THEME, EDITOR_MODE, AI_PROVIDER, ACCOUNT_ID, API_KEY, MODEL_NAME = 0, 4, 36692, 
 TEMPERATURE_FIELD, MAX_TOKENS_FIELD, PANEL_PERCENT, ENDPOINT = 39768, 39772, 39776, 39780
 KEEP_HISTORY_FIELD, HISTORY_LIMIT_FIELD, TYPING_DELAY_FIELD, TYPING_FIELD = 40292, 40293, 40297, 40301
 KEY_TEXT = "sk-settings-key"
+
+
+def brightest(png, box):
+    """The highest channel value within a rectangle (x, y, width, height) of a screenshot."""
+    x, y, width, height = box
+    pixels = subprocess.run(["convert", str(png), "-crop", f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-"],
+                            capture_output=True, check=True).stdout
+    return max(pixels)
 
 
 def u32(value):
@@ -108,7 +118,13 @@ class DialogTests(AiSettingsCase):
     def test_the_dialog_in_a_dark_theme(self):
         self.open_dialog(theme=0, key="")
         self.assertEqual(self.text(RESULT), "No API key configured.")
-        self.tavro.screenshot("dark")
+        png = self.tavro.screenshot("dark")
+        # Each group box's caption is drawn light on the dark background.
+        for row in self.tavro.children(self.dialog):
+            if row["cls"] == "Button" and row["text"] in ("Temperature", "Max Tokens", "Conversation History",
+                                                           "Typing Animation"):
+                caption = (row["left"] + 8, row["top"], 60, 12)
+                self.assertGreater(brightest(png, caption), 160, row["text"])
         self.close_with(2)
 
     def test_selecting_a_provider_restores_its_default_model_each_time(self):

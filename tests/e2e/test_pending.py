@@ -17,7 +17,6 @@ PENDING_COMMANDS = [
     (3333, "[ShowExportDialog] not built yet\n"),
     (6667, "[ShowExportDialog] not built yet\n"),
     (4001, "[ShowHelpWindow] not built yet\n"),
-    (4020, "[ShowProfilesMenu] not built yet\n"),
     (6001, "[ShowSettingsDialog] not built yet\n"),
     (7000, "[OpenRecentFile] not built yet\n"),
     (7010, "[RemoveRecentFile] not built yet\n"),

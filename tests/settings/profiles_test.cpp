@@ -165,3 +165,105 @@ TEST(ProfileList, TheDefaultProfileByEitherSpelling) {
   // A profile that has no file yet is active nowhere in the list.
   for (const ProfileInfo& profile : ListProfilesIn(AppFolder(), L"elsewhere")) EXPECT_FALSE(profile.active);
 }
+
+namespace {
+
+bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+// A read-only settings file and a chat folder with two chats, an index and a
+// subfolder, as a profile that has been used leaves them.
+void MakeUsedProfile(const std::wstring& settings, const std::wstring& chats) {
+  Touch(settings);
+  SetFileAttributesW(settings.c_str(), FILE_ATTRIBUTE_READONLY);
+  ASSERT_TRUE(CreateDirectoryW(chats.c_str(), nullptr));
+  for (const wchar_t* name : {L"\\index.json", L"\\chat_1.json", L"\\chat_2.json"}) Touch(chats + name);
+  SetFileAttributesW((chats + L"\\chat_1.json").c_str(), FILE_ATTRIBUTE_READONLY);
+}
+
+}  // namespace
+
+TEST(ProfileStore, DeleteTakesTheFileAndTheLooseChatFiles) {
+  const std::wstring settings = AppFolder() + L"\\tavro_gone.cfg", chats = AppFolder() + L"\\chats_gone";
+  MakeUsedProfile(settings, chats);
+  EXPECT_TRUE(DeleteProfileFiles(settings, chats));
+  EXPECT_FALSE(Exists(settings));
+  EXPECT_FALSE(Exists(chats));
+}
+
+TEST(ProfileStore, DeleteLeavesAChatFolderWithASubfolder) {
+  const std::wstring settings = AppFolder() + L"\\tavro_sub.cfg", chats = AppFolder() + L"\\chats_sub";
+  MakeUsedProfile(settings, chats);
+  ASSERT_TRUE(CreateDirectoryW((chats + L"\\old").c_str(), nullptr));
+  Touch(chats + L"\\old\\kept.json");
+  EXPECT_TRUE(DeleteProfileFiles(settings, chats));  // the folder's fate isn't reported
+  EXPECT_FALSE(Exists(settings));
+  EXPECT_FALSE(Exists(chats + L"\\index.json"));
+  EXPECT_TRUE(Exists(chats + L"\\old\\kept.json"));  // subfolders are not entered
+}
+
+TEST(ProfileStore, DeleteWithoutChatFolderAndOfAMissingFile) {
+  const std::wstring settings = AppFolder() + L"\\tavro_lone.cfg";
+  Touch(settings);
+  EXPECT_TRUE(DeleteProfileFiles(settings, AppFolder() + L"\\no_chats"));
+  EXPECT_FALSE(Exists(settings));
+  EXPECT_FALSE(DeleteProfileFiles(settings, AppFolder() + L"\\no_chats"));
+}
+
+TEST(ProfileStore, RenameMovesTheFileAndTheChatFolder) {
+  const std::wstring from = AppFolder() + L"\\tavro_old.cfg", to = AppFolder() + L"\\tavro_new.cfg";
+  const std::wstring oldChats = AppFolder() + L"\\chats_old", newChats = AppFolder() + L"\\chats_new";
+  MakeUsedProfile(from, oldChats);
+  EXPECT_EQ(MoveProfileFiles(from, to, oldChats, newChats), ProfileMove::kMoved);
+  EXPECT_FALSE(Exists(from));
+  EXPECT_TRUE(Exists(to));
+  // Not read-only any more, until its next save.
+  EXPECT_FALSE(GetFileAttributesW(to.c_str()) & FILE_ATTRIBUTE_READONLY);
+  EXPECT_FALSE(Exists(oldChats));
+  for (const wchar_t* name : {L"\\index.json", L"\\chat_1.json", L"\\chat_2.json"}) {
+    EXPECT_TRUE(Exists(newChats + name));
+  }
+}
+
+TEST(ProfileStore, RenameWithoutChatFolderIsAPlainRename) {
+  const std::wstring from = AppFolder() + L"\\tavro_a.cfg", to = AppFolder() + L"\\tavro_b.cfg";
+  Touch(from);
+  EXPECT_EQ(MoveProfileFiles(from, to, AppFolder() + L"\\chats_a", AppFolder() + L"\\chats_b"), ProfileMove::kMoved);
+  EXPECT_TRUE(Exists(to));
+  EXPECT_FALSE(Exists(AppFolder() + L"\\chats_b"));
+}
+
+TEST(ProfileStore, RenameOfAMissingFileFails) {
+  EXPECT_EQ(MoveProfileFiles(AppFolder() + L"\\tavro_none.cfg", AppFolder() + L"\\tavro_some.cfg", L"", L""),
+            ProfileMove::kFailed);
+}
+
+TEST(ProfileStore, ChatsThatCannotMoveStayAndTheRenameStands) {
+  const std::wstring from = AppFolder() + L"\\tavro_c.cfg", to = AppFolder() + L"\\tavro_d.cfg";
+  const std::wstring oldChats = AppFolder() + L"\\chats_c", newChats = AppFolder() + L"\\chats_d";
+  MakeUsedProfile(from, oldChats);
+  // The new chat folder's place is taken by a file.
+  Touch(newChats);
+  EXPECT_EQ(MoveProfileFiles(from, to, oldChats, newChats + L"\\inner\\deeper"), ProfileMove::kMovedWithoutChats);
+  EXPECT_TRUE(Exists(to));
+  EXPECT_TRUE(Exists(oldChats + L"\\index.json"));
+}
+
+TEST(ProfileStore, SettingsFileOfAProfile) {
+  EXPECT_EQ(ProfileFilePath(L"default"), GetAppDataFolder() + L"\\tavro.cfg");
+  EXPECT_EQ(ProfileFilePath(L""), GetAppDataFolder() + L"\\tavro.cfg");
+  EXPECT_EQ(ProfileFilePath(L"work"), GetAppDataFolder() + L"\\profiles\\tavro_work.cfg");
+  EXPECT_TRUE(GetFileAttributesW((GetAppDataFolder() + L"\\profiles").c_str()) & FILE_ATTRIBUTE_DIRECTORY);
+  EXPECT_EQ(ChatFolderOfProfile(L"work"), GetAppDataFolder() + L"\\chats\\work");
+}
+
+TEST(ProfileStore, RunningProfiles) {
+  // The test runs as the default profile, which counts as running.
+  EXPECT_TRUE(IsProfileRunning(L"default"));
+  EXPECT_TRUE(IsProfileRunning(L""));
+  EXPECT_FALSE(IsProfileRunning(L"unit-nobody"));
+  HANDLE held = CreateMutexW(nullptr, FALSE, L"Local\\Tavro_Instance_unit-somebody");
+  ASSERT_NE(held, nullptr);
+  EXPECT_TRUE(IsProfileRunning(L"unit-somebody"));
+  CloseHandle(held);
+  EXPECT_FALSE(IsProfileRunning(L"unit-somebody"));
+}

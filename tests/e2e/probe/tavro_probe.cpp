@@ -467,6 +467,30 @@ void Handle(const std::vector<std::string>& f) {
     if (!ok) return Reply("err", "read");
     text.resize(wcsnlen(text.c_str(), kUnits));
     Reply("ok", Escape(text));
+  } else if (verb == "list-items") {
+    // list-items HWND: the selected row of a list box, then its rows, one a
+    // line. The system carries a list box's text across processes.
+    HWND list = ToWindow(arg(1));
+    DWORD_PTR count = 0, selected = 0;
+    if (!SendMessageTimeoutW(list, LB_GETCOUNT, 0, 0, SMTO_NORMAL, kSendTimeoutMs, &count) ||
+        !SendMessageTimeoutW(list, LB_GETCURSEL, 0, 0, SMTO_NORMAL, kSendTimeoutMs, &selected))
+      return Reply("err", std::to_string(GetLastError()));
+    std::vector<std::string> rows;
+    for (DWORD_PTR i = 0; i < count && static_cast<LONG_PTR>(count) > 0; ++i) {
+      DWORD_PTR length = 0;
+      if (!SendMessageTimeoutW(list, LB_GETTEXTLEN, i, 0, SMTO_NORMAL, kSendTimeoutMs, &length))
+        return Reply("err", std::to_string(GetLastError()));
+      std::wstring row(length + 1, L'\0');
+      DWORD_PTR copied = 0;
+      if (!SendMessageTimeoutW(list, LB_GETTEXT, i, reinterpret_cast<LPARAM>(row.data()), SMTO_NORMAL,
+                               kSendTimeoutMs, &copied))
+        return Reply("err", std::to_string(GetLastError()));
+      row.resize(wcsnlen(row.c_str(), length));
+      rows.push_back(Escape(row));
+    }
+    std::printf("ok\t%u\n%lld\n", static_cast<unsigned>(rows.size() + 1), static_cast<long long>(static_cast<LONG_PTR>(selected)));
+    for (const std::string& row : rows) std::printf("%s\n", row.c_str());
+    std::fflush(stdout);
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {
