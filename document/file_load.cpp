@@ -2,8 +2,8 @@
 #include <windows.h>
 
 #include <cwchar>
+#include <memory>
 #include <string>
-#include <vector>
 
 #include "Scintilla.h"
 #include "base/app_state.h"
@@ -86,13 +86,15 @@ bool FileLoad(HWND window, const wchar_t* path) {
   if (size == INVALID_FILE_SIZE)
     return Refuse(window, file, L"Tavro: ERROR - Cannot get file size\n", kGarbledErrorTitle,
                   L"Cannot get file size.");
-  std::vector<uint8_t> raw(size);
+  // One more byte for the terminator the editor wants; not zero-filled first,
+  // the read fills it.
+  std::unique_ptr<uint8_t[]> raw(new uint8_t[static_cast<size_t>(size) + 1]);
   DWORD read = 0;
-  if (!ReadFile(file, raw.data(), size, &read, nullptr) || read != size)
+  if (!ReadFile(file, raw.get(), size, &read, nullptr) || read != size)
     return Refuse(window, file, L"Tavro: ERROR - Cannot read file\n", kGarbledErrorTitle, L"Cannot read file.");
   OutputDebugStringW(L"Tavro: File read successfully\n");
 
-  switch (DetectBinary(raw.data(), raw.size())) {
+  switch (DetectBinary(raw.get(), size)) {
     case BinaryVerdict::kKnownFormat:
       return Refuse(window, file, L"Tavro: ERROR - Known binary format detected (PDF/EXE/ZIP/Image)\n",
                     kCannotOpenTitle, L"Cannot open binary file.\n\n");
@@ -106,24 +108,33 @@ bool FileLoad(HWND window, const wchar_t* path) {
       break;
   }
 
-  DecodedText decoded = DecodeDocumentBytes(raw.data(), raw.size());
-  std::vector<uint8_t>().swap(raw);  // only the UTF-8 text stays in memory
+  // UTF-8 goes to the editor straight from the buffer read, past a BOM by
+  // offset; UTF-16 is converted into a buffer of its own, and then the bytes
+  // read are released, so only one full-size text is alive at a time.
+  DocumentText decoded = DecodeDocumentBuffer(raw.get(), size);
+  if (decoded.converted) raw.reset();
 
-  int eolMode = DetectLineEnding(decoded.utf8, static_cast<int>(SendEditor(SCI_GETEOLMODE)));
+  int eolMode = DetectLineEnding(decoded.text, decoded.length, static_cast<int>(SendEditor(SCI_GETEOLMODE)));
   SendEditor(SCI_SETEOLMODE, eolMode);
 
   CloseDocumentHandle();  // the same file loaded again
 
-  // SCI_SETTEXT stops at the first zero byte, wherever it stands.
+  // SCI_SETTEXT stops at the first zero byte, wherever it stands. A load
+  // can't be undone, so nothing of it is collected for undo: the editor
+  // would copy the whole text into its undo history only to drop it.
   SendEditor(SCI_SETREADONLY, 0);
+  SendEditor(SCI_SETUNDOCOLLECTION, 0);
   SendEditor(SCI_CLEARALL);
-  SendEditor(SCI_SETTEXT, 0, reinterpret_cast<LPARAM>(decoded.utf8.c_str()));
+  SendEditor(SCI_SETTEXT, 0, reinterpret_cast<LPARAM>(decoded.text));
+  SendEditor(SCI_SETUNDOCOLLECTION, 1);
   SendEditor(SCI_EMPTYUNDOBUFFER);
   SendEditor(SCI_GOTOPOS, 0);
-  std::string().swap(decoded.utf8);
+  const TextEncoding encoding = decoded.encoding;
+  decoded = DocumentText();
+  raw.reset();
 
   g_fileHandle = file;
-  g_encoding = decoded.encoding;
+  g_encoding = encoding;
   NotifyTextReplaced();
 
   if (!g_viewerMode) {

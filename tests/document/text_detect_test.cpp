@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <memory>
 #include <string>
 
 #include "document/text_detect.h"
@@ -144,3 +146,80 @@ TEST(LineEndings, NoLineEndOrEmptyKeepsTheCurrentMode) {
 }
 
 }  // namespace
+
+namespace {
+
+// A load's buffer: the bytes and one more for the terminator.
+std::unique_ptr<uint8_t[]> Buffer(const std::string& bytes) {
+  std::unique_ptr<uint8_t[]> buffer(new uint8_t[bytes.size() + 1]);
+  std::memcpy(buffer.get(), bytes.data(), bytes.size());
+  buffer[bytes.size()] = 0xAA;  // not yet a terminator
+  return buffer;
+}
+
+}  // namespace
+
+TEST(DocumentBuffer, Utf8IsHandedOverInPlace) {
+  const std::string bytes = "plain\r\ntext";
+  auto buffer = Buffer(bytes);
+  DocumentText text = DecodeDocumentBuffer(buffer.get(), bytes.size());
+  EXPECT_EQ(text.encoding, kUtf8);
+  EXPECT_EQ(text.text, reinterpret_cast<const char*>(buffer.get()));  // no copy
+  EXPECT_EQ(text.length, bytes.size());
+  EXPECT_EQ(text.text[text.length], '\0');
+  EXPECT_FALSE(text.converted);
+}
+
+TEST(DocumentBuffer, ByteOrderMarkSkippedByOffset) {
+  const std::string bytes = "\xEF\xBB\xBFold";
+  auto buffer = Buffer(bytes);
+  DocumentText text = DecodeDocumentBuffer(buffer.get(), bytes.size());
+  EXPECT_EQ(text.encoding, kUtf8Bom);
+  EXPECT_EQ(text.text, reinterpret_cast<const char*>(buffer.get()) + 3);
+  EXPECT_EQ(std::string(text.text, text.length), "old");
+  EXPECT_EQ(text.text[text.length], '\0');
+}
+
+TEST(DocumentBuffer, ZeroBytesInsideCountAndStay) {
+  const std::string bytes("a\0b\0c", 5);
+  auto buffer = Buffer(bytes);
+  DocumentText text = DecodeDocumentBuffer(buffer.get(), bytes.size());
+  EXPECT_EQ(std::string(text.text, text.length), bytes);
+  EXPECT_STREQ(text.text, "a");  // what SCI_SETTEXT takes
+}
+
+TEST(DocumentBuffer, Utf16ConvertedIntoItsOwnBuffer) {
+  const std::string little("\xFF\xFE" "a\0\xFC\0\x3D\xD8\x00\xDE" "x", 11);  // odd last byte dropped
+  auto buffer = Buffer(little);
+  DocumentText text = DecodeDocumentBuffer(buffer.get(), little.size());
+  EXPECT_EQ(text.encoding, kUtf16Le);
+  ASSERT_TRUE(text.converted);
+  EXPECT_EQ(std::string(text.text, text.length), "a\xC3\xBC\xF0\x9F\x98\x80");
+  EXPECT_EQ(text.text[text.length], '\0');
+
+  const std::string big("\xFE\xFF\0a\0\xFC", 6);
+  buffer = Buffer(big);
+  text = DecodeDocumentBuffer(buffer.get(), big.size());
+  EXPECT_EQ(text.encoding, kUtf16Be);
+  EXPECT_EQ(std::string(text.text, text.length), "a\xC3\xBC");
+  EXPECT_EQ(Decode(big).utf8, "a\xC3\xBC");  // the copying form agrees
+}
+
+TEST(DocumentBuffer, EmptyAndByteOrderMarkOnly) {
+  auto buffer = Buffer("");
+  DocumentText text = DecodeDocumentBuffer(buffer.get(), 0);
+  EXPECT_EQ(text.encoding, kUtf8);
+  EXPECT_EQ(text.length, 0u);
+  EXPECT_EQ(text.text[0], '\0');
+  buffer = Buffer("\xFF\xFE");
+  text = DecodeDocumentBuffer(buffer.get(), 2);
+  EXPECT_EQ(text.encoding, kUtf16Le);
+  EXPECT_EQ(text.length, 0u);
+  EXPECT_EQ(text.text[0], '\0');
+}
+
+TEST(LineEndings, OverABufferWithZeroBytes) {
+  const std::string text("a\0b\r\n", 5);
+  EXPECT_EQ(DetectLineEnding(text.data(), text.size(), kEolLf), kEolCrLf);
+  EXPECT_EQ(DetectLineEnding(text.data(), 0, kEolCr), kEolCr);
+}
