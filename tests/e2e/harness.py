@@ -388,6 +388,11 @@ class TavroSession:
     def command(self, hwnd, command_id):
         self.post(hwnd, WM_COMMAND, command_id, 0)
 
+    def send_text(self, hwnd, message, wparam=0):
+        """The text a message writes to the buffer in its lParam (UTF-8, as
+        Scintilla's getters of strings write it)."""
+        return self.request("send-text", hwnd, message, wparam)
+
     def chars(self, hwnd, text):
         self.request("chars", hwnd, text)
 
