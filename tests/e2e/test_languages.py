@@ -15,6 +15,8 @@ SCI_STYLEGETFORE = 2481
 SCI_STYLEGETBACK = 2482
 SCI_STYLEGETBOLD = 2483
 SCI_STYLEGETITALIC = 2484
+SCI_STYLEGETSIZE = 2485
+SCI_STYLEGETFONT = 2486
 SCI_GETLEXER = 4002
 SCI_COLOURISE = 4003
 SCI_GETLEXERLANGUAGE = 4012
@@ -31,8 +33,16 @@ THEMES = {
         "string": 0xCE9178, "number": 0xB5CEA8, "type": 0x9CDCFE, "operator": 0xB4B4B4, "code": 0x2E2E30},
     1: {"paper": 0xFFFFFF, "text": 0x000000, "muted": 0xA0A0A0, "keyword": 0x0000FF, "comment": 0x008000,
         "string": 0xA31515, "number": 0x098658, "type": 0x6464B4, "operator": 0x000000, "code": 0xF1F1F1},
+    2: {"paper": 0xEBF4FF, "text": 0x0A1432, "muted": 0x8C9BB9, "keyword": 0x003CC8, "comment": 0x006E28,
+        "string": 0xAA2828, "number": 0x0064B4, "type": 0x5A5AAA, "operator": 0x282850, "code": 0xDDE6F1},
+    3: {"paper": 0xEBFFEB, "text": 0x002800, "muted": 0x82AF82, "keyword": 0x006400, "comment": 0x50A050,
+        "string": 0xA03C00, "number": 0x00783C, "type": 0x3C643C, "operator": 0x143C14, "code": 0xDDF1DD},
+    4: {"paper": 0x20201E, "text": 0xDCDAC8, "muted": 0x6E6C5F, "keyword": 0x82B9FF, "comment": 0x82AA78,
+        "string": 0xEBAF8C, "number": 0xC3DAAF, "type": 0xAFD7FA, "operator": 0xC3C0AF, "code": 0x323230},
+    5: {"paper": 0xFFF8EB, "text": 0x3C230C, "muted": 0xB49B82, "keyword": 0x6E3C14, "comment": 0x9B764B,
+        "string": 0xB94B2D, "number": 0x64501E, "type": 0x7D5F41, "operator": 0x503719, "code": 0xF1EADD},
 }
-THEME_NAMES = {0: "dark", 1: "light"}
+THEME_NAMES = {0: "dark", 1: "light", 2: "azure", 3: "green", 4: "night", 5: "sepia"}
 
 # Per file: its text, Lexilla's lexer name and number, and places in it as
 # (piece of text, style the lexer gives it, colour, forced bold, forced
@@ -107,7 +117,43 @@ LANGUAGES = [
         ("```\nfenced", 20, "string", False, False, "code"),
         ("Some", 0, "text", False, False, "paper"),
     ]),
+    ("sample.xml", "<?xml version=\"1.0\"?>\n<!-- c -->\n<root a='1' b=\"x\"><![CDATA[raw]]>&lt;</root>\n", "xml", 5, [
+        ("<?", 12, "operator", True, False, "paper"),
+        ("?>", 13, "operator", True, False, "paper"),
+        ("<root", 1, "keyword", True, False, "paper"),
+        ("version", 3, "type", False, False, "paper"),
+        ("'1'", 7, "string", False, False, "paper"),
+        ('"x"', 6, "string", False, False, "paper"),
+        ("<!-- c -->", 9, "comment", False, True, "paper"),
+        ("<![CDATA[raw]]>", 17, "string", False, False, "paper"),
+        ("&lt;", 10, "number", False, False, "paper"),
+    ]),
+    ("sample.css", "/* c */\n@media screen {\n  #main .box:hover::before { color: red !important; }\n}\n"
+                   "h1 { margin: 0 }\n", "css", 38, [
+        ("/* c */", 9, "comment", False, True, "paper"),
+        ("media screen", 22, "keyword", True, False, "paper"),
+        ("main", 10, "type", True, False, "paper"),
+        ("box", 2, "type", False, False, "paper"),
+        ("hover", 4, "comment", False, False, "paper"),  # unknown: the lexer is given no lists
+        ("color", 7, "text", False, False, "paper"),
+        ("red", 8, "string", False, False, "paper"),
+        ("important", 11, "keyword", True, False, "paper"),
+        ("{", 5, "operator", False, False, "paper"),
+        ("h1", 1, "keyword", True, False, "paper"),
+    ]),
+    # SQL and Lua, like JSON, are lexed and stay uncoloured.
+    ("sample.sql", "SELECT name FROM t WHERE id = 42; -- c\n", "sql", 7, [
+        ("SELECT", 11, "text", False, False, "paper"),
+        ("42", 4, "text", False, False, "paper"),
+        ("-- c", 2, "text", False, False, "paper"),
+    ]),
+    ("sample.lua", "local x = 'a' -- c\nfunction f() return 1 end\n", "lua", 15, [
+        ("'a'", 7, "text", False, False, "paper"),
+        ("-- c", 2, "text", False, False, "paper"),
+        ("=", 10, "text", False, False, "paper"),
+    ]),
 ]
+LANGUAGE = {entry[0]: entry for entry in LANGUAGES}
 
 
 class LanguagesTest(TavroTestCase):
@@ -138,7 +184,9 @@ class LanguagesTest(TavroTestCase):
                 self.tavro.send(editor, SCI_STYLEGETBOLD, style) != 0,
                 self.tavro.send(editor, SCI_STYLEGETITALIC, style) != 0)
 
-    def check_places(self, editor, text, places, theme):
+    def check_places(self, editor, text, places, theme, font_bold=False, font_italic=False):
+        """The lexer's style at both ends of each piece, and that style's
+        colours, bold and italic in the theme with the user's font."""
         self.tavro.send(editor, SCI_COLOURISE, 0, -1)
         colours = THEMES[theme]
         for piece, style, colour, bold, italic, back in places:
@@ -146,8 +194,12 @@ class LanguagesTest(TavroTestCase):
             for position in (start, start + len(piece.encode()) - 1):
                 self.assertEqual(self.style(editor, position), style, f"{piece!r} at {position}")
             self.assertEqual(self.look(editor, style),
-                             (colorref(colours[colour]), colorref(colours[back]), bold, italic),
+                             (colorref(colours[colour]), colorref(colours[back]), bold or font_bold,
+                              italic or font_italic),
                              f"style {style} of {piece!r} in the {THEME_NAMES[theme]} theme")
+            # Every style has the user's font, spread from style 32.
+            self.assertEqual(self.tavro.send_text(editor, SCI_STYLEGETFONT, style), "Consolas")
+            self.assertEqual(self.tavro.send(editor, SCI_STYLEGETSIZE, style), 11)
 
     def shot(self, name, main, editor, theme):
         """A screenshot once the editor's paper shows the theme's colour."""
@@ -179,6 +231,34 @@ class LanguagesTest(TavroTestCase):
                 self.check_places(hwnd, text, places, other)
                 self.shot(f"{name}-{THEME_NAMES[other]}", main, editor, other)
                 self.close(main)
+
+    def test_every_theme_colours_the_styles_and_the_lexer_stays(self):
+        # Markdown and C++ between them use every colour of the tables.
+        for name in ("sample.md", "sample.cpp"):
+            _, text, lexer, number, places = LANGUAGE[name]
+            main, editor = self.open(name, text)
+            hwnd = editor["hwnd"]
+            self.tavro.wait_for(lambda: self.tavro.send_text(hwnd, SCI_GETLEXERLANGUAGE), lexer)
+            for theme in (2, 3, 4, 5, 0, 1):
+                with self.subTest(f"{name} in {THEME_NAMES[theme]}"):
+                    self.tavro.send(main, WM_THEME_CHANGED, theme)
+                    self.assertEqual(self.tavro.send_text(hwnd, SCI_GETLEXERLANGUAGE), lexer)
+                    self.assertEqual(self.tavro.send(hwnd, SCI_GETLEXER), number)
+                    self.check_places(hwnd, text, places, theme)
+            self.close(main)
+
+    def test_the_users_bold_and_italic_hold_where_the_table_forces_nothing(self):
+        self.tavro.start()
+        main = self.tavro.main_window()
+        self.close(main)
+        self.tavro.patch_settings({140: b"\x01\x01"})  # fontBold, fontItalic
+        name, text, lexer, _, places = LANGUAGES[0]
+        main, editor = self.open(name, text)
+        hwnd = editor["hwnd"]
+        self.tavro.wait_for(lambda: self.tavro.send_text(hwnd, SCI_GETLEXERLANGUAGE), lexer)
+        self.check_places(hwnd, text, places, 0, font_bold=True, font_italic=True)
+        self.tavro.send(main, WM_THEME_CHANGED, 1)
+        self.check_places(hwnd, text, places, 1, font_bold=True, font_italic=True)
 
     def test_new_document_is_plain_text_again(self):
         name, text, lexer, _, _ = LANGUAGES[0]
