@@ -241,6 +241,16 @@ class TavroSession:
             self.process = process
         return process
 
+    def program_copy(self, folder_name, scintilla=None, lexilla=None):
+        """A folder of this session with Tavro.exe and its two DLLs: the built
+        ones, or the given files in their place. Returns the exe's path."""
+        folder = self.work / folder_name
+        folder.mkdir()
+        shutil.copy2(BIN / "Tavro.exe", folder / "Tavro.exe")
+        shutil.copy2(scintilla or BIN / "Scintilla.dll", folder / "Scintilla.dll")
+        shutil.copy2(lexilla or BIN / "lexilla.dll", folder / "lexilla.dll")
+        return folder / "Tavro.exe"
+
     def wait_exit(self, timeout=30, process=None):
         return (process or self.process).wait(timeout=timeout)
 

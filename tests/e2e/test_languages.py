@@ -2,8 +2,6 @@
 the lexer's styles at known places carry the theme's colours, a theme switch
 changes the colours and keeps the lexer, and a lexer library that knows no
 lexer leaves every file plain."""
-import shutil
-
 import harness
 from harness import TavroTestCase, windows_path
 
@@ -275,14 +273,11 @@ class LanguagesTest(TavroTestCase):
                                                       False, False), style)
 
     def test_a_lexer_library_without_lexers_leaves_every_file_plain_and_the_theme_still_runs_the_table(self):
-        folder = self.tavro.work / "no-lexers"
-        folder.mkdir()
-        for file in ("Tavro.exe", "Scintilla.dll"):
-            shutil.copy2(harness.BIN / file, folder / file)
-        shutil.copy2(harness.BUILD / "tests" / "bin" / "no-lexers-lexilla" / "lexilla.dll", folder / "lexilla.dll")
+        exe = self.tavro.program_copy("no-lexers",
+                                      lexilla=harness.BUILD / "tests" / "bin" / "no-lexers-lexilla" / "lexilla.dll")
         for name, text, _, _, places in LANGUAGES:
             with self.subTest(name):
-                main, editor = self.open(name, text, exe=folder / "Tavro.exe")
+                main, editor = self.open(name, text, exe=exe)
                 hwnd = editor["hwnd"]
                 theme = self.stored_theme()
                 self.tavro.settle(main)

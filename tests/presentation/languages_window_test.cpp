@@ -11,6 +11,7 @@
 #include "presentation/languages.h"
 #include "presentation/presentation.h"
 #include "settings/settings.h"
+#include "tests/common/scintilla_dll.h"
 #include "tests/common/test_folder.h"
 
 namespace {
@@ -18,12 +19,8 @@ namespace {
 class Languages : public ::testing::Test {
  protected:
   void SetUp() override {
-    scintilla_ = LoadLibraryW((ProgramFolder() + L"Scintilla.dll").c_str());
+    scintilla_ = LoadScintillaDll();
     ASSERT_NE(scintilla_, nullptr);
-    using RegisterClassesFn = int(__stdcall*)(void*);
-    auto registerClasses = reinterpret_cast<RegisterClassesFn>(
-        reinterpret_cast<void*>(GetProcAddress(scintilla_, "Scintilla_RegisterClasses")));
-    if (registerClasses) registerClasses(GetModuleHandleW(nullptr));
     lexilla_ = LoadLibraryW((ProgramFolder() + L"lexilla.dll").c_str());
     ASSERT_NE(lexilla_, nullptr);
     lexer_ = reinterpret_cast<CreateLexerFn>(reinterpret_cast<void*>(GetProcAddress(lexilla_, "CreateLexer")));
