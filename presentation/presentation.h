@@ -26,10 +26,10 @@ void SetDarkTitleAttribute(HWND window, bool dark);
 // Paints an owner-drawn push button of a dialog in the live theme.
 void DrawThemedButton(const DRAWITEMSTRUCT* item);
 
-// Sets the lexer for a path and styles the editor; every document is plain
-// text until the lexers are wired in.
+// Sets g_currentLanguage from a path, gives the editor that language's lexer
+// (plain text when Lexilla has none for it) and styles it in the live theme.
 void ApplyLanguage(const wchar_t* path);
-// Reapplies font, colours and styles of the current language.
+// Reapplies font, colours and style table of g_currentLanguage; the lexer stays.
 void RestyleCurrentLanguage();
 
 // The start screen, shown before the DLLs load; returns when it has gone.

@@ -241,6 +241,16 @@ class TavroSession:
             self.process = process
         return process
 
+    def program_copy(self, folder_name, scintilla=None, lexilla=None):
+        """A folder of this session with Tavro.exe and its two DLLs: the built
+        ones, or the given files in their place. Returns the exe's path."""
+        folder = self.work / folder_name
+        folder.mkdir()
+        shutil.copy2(BIN / "Tavro.exe", folder / "Tavro.exe")
+        shutil.copy2(scintilla or BIN / "Scintilla.dll", folder / "Scintilla.dll")
+        shutil.copy2(lexilla or BIN / "lexilla.dll", folder / "lexilla.dll")
+        return folder / "Tavro.exe"
+
     def wait_exit(self, timeout=30, process=None):
         return (process or self.process).wait(timeout=timeout)
 
@@ -390,6 +400,11 @@ class TavroSession:
 
     def command(self, hwnd, command_id):
         self.post(hwnd, WM_COMMAND, command_id, 0)
+
+    def send_text(self, hwnd, message, wparam=0):
+        """The text a message writes to the buffer in its lParam (UTF-8, as
+        Scintilla's getters of strings write it)."""
+        return self.request("send-text", hwnd, message, wparam)
 
     def chars(self, hwnd, text):
         self.request("chars", hwnd, text)

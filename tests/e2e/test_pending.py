@@ -46,7 +46,6 @@ class PendingTools(TavroTestCase):
         self.assertTrue(self.tavro.wait_log("[AddRecentFile] not built yet\n"))
         log = self.tavro.log_lines()
         self.assertIn("[ShowSplash] not built yet\n", log)
-        self.assertIn("[ApplyLanguage] lexers not built yet: plain text\n", log)
         # The splash says so before the DLLs load, as the splash itself would run there.
         self.assertLess(log.index("[ShowSplash] not built yet\n"), log.index("Tavro: Loading Scintilla.dll\n"))
 

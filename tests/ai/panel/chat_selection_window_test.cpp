@@ -9,6 +9,7 @@
 #include <string>
 
 #include "Scintilla.h"
+#include "tests/common/scintilla_dll.h"
 #include "tests/common/test_folder.h"
 
 namespace {
@@ -31,12 +32,8 @@ LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
 class ChatSelection : public ::testing::Test {
  protected:
   void SetUp() override {
-    scintilla_ = LoadLibraryW((ProgramFolder() + L"Scintilla.dll").c_str());
+    scintilla_ = LoadScintillaDll();
     ASSERT_NE(scintilla_, nullptr);
-    using RegisterClassesFn = int(__stdcall*)(void*);
-    auto registerClasses = reinterpret_cast<RegisterClassesFn>(
-        reinterpret_cast<void*>(GetProcAddress(scintilla_, "Scintilla_RegisterClasses")));
-    if (registerClasses) registerClasses(GetModuleHandleW(nullptr));
     panel_ = MakePanel(400, 300);
     ASSERT_NE(panel_, nullptr);
     transcript_ = CreateWindowExW(0, L"Scintilla", L"", WS_CHILD | WS_VISIBLE, 0, 0, 400, 200, panel_,

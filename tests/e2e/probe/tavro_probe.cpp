@@ -491,6 +491,33 @@ void Handle(const std::vector<std::string>& f) {
     std::printf("ok\t%u\n%lld\n", static_cast<unsigned>(rows.size() + 1), static_cast<long long>(static_cast<LONG_PTR>(selected)));
     for (const std::string& row : rows) std::printf("%s\n", row.c_str());
     std::fflush(stdout);
+  } else if (verb == "send-text") {
+    // send-text HWND MSG WPARAM: a message that writes a UTF-8 text to the
+    // buffer in lParam, as Scintilla's SCI_GETLEXERLANGUAGE does. Sent once
+    // with no buffer for the length, then with a buffer lent in the window's
+    // process; the answer is that text.
+    HWND window = ToWindow(arg(1));
+    const UINT message = static_cast<UINT>(Number(arg(2)));
+    const WPARAM wParam = static_cast<WPARAM>(Number(arg(3)));
+    DWORD_PTR length = 0;
+    if (!SendMessageTimeoutW(window, message, wParam, 0, SMTO_NORMAL, kSendTimeoutMs, &length))
+      return Reply("err", std::to_string(GetLastError()));
+    DWORD processId = 0;
+    GetWindowThreadProcessId(window, &processId);
+    HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId);
+    if (!process) return Reply("err", "open " + std::to_string(GetLastError()));
+    std::string text(length + 1, '\0');
+    void* remote = VirtualAllocEx(process, nullptr, text.size(), MEM_COMMIT, PAGE_READWRITE);
+    DWORD_PTR written = 0;
+    bool ok = remote &&
+              SendMessageTimeoutW(window, message, wParam, reinterpret_cast<LPARAM>(remote), SMTO_NORMAL,
+                                  kSendTimeoutMs, &written) &&
+              ReadProcessMemory(process, remote, text.data(), text.size(), nullptr);
+    if (remote) VirtualFreeEx(process, remote, 0, MEM_RELEASE);
+    CloseHandle(process);
+    if (!ok) return Reply("err", "read");
+    text.resize(strnlen(text.c_str(), text.size()));
+    Reply("ok", Escape(ToWide(text)));
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {
