@@ -39,8 +39,13 @@ inline std::wstring ExeFolder() {
   return folder.substr(0, folder.rfind(L'\\') + 1);
 }
 
-// build\bin\, where Tavro.exe and the two DLLs stand; the benchmarks live in build\bench\.
-inline std::wstring ProgramFolder() { return ExeFolder() + L"..\\bin\\"; }
+// build\bin\, where Tavro.exe and the two DLLs stand; the benchmarks live in
+// build\bench\, the bare host one folder deeper.
+inline std::wstring ProgramFolder() {
+  const std::wstring beside = ExeFolder() + L"..\\bin\\";
+  if (GetFileAttributesW((beside + L"Scintilla.dll").c_str()) != INVALID_FILE_ATTRIBUTES) return beside;
+  return ExeFolder() + L"..\\..\\bin\\";
+}
 
 // Scintilla.dll from the program's folder, its window class registered as
 // the program registers it.

@@ -83,6 +83,8 @@ void LayOut(HWND window) {
     return;
   }
   if (g_hwndStatus) {
+    // Painted once, by UpdateStatusBar below, not after each of these.
+    SendMessageW(g_hwndStatus, WM_SETREDRAW, FALSE, 0);
     SendMessageW(g_hwndStatus, WM_SIZE, 0, 0);
     auto edges = StatusPartEdges(width);
     SendMessageW(g_hwndStatus, SB_SETPARTS, edges.size(), reinterpret_cast<LPARAM>(edges.data()));

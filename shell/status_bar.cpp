@@ -97,6 +97,9 @@ HWND CreateStatusBar(HWND parent) {
 
 void UpdateStatusBar() {
   if (!g_hwndStatus || !g_hwndEditor) return;
+  // The bar's control repaints at once after each part's new text; one
+  // repaint for all six is enough.
+  SendMessageW(g_hwndStatus, WM_SETREDRAW, FALSE, 0);
   LRESULT caret = SendEditor(SCI_GETCURRENTPOS);
   int caretY = static_cast<int>(SendEditor(SCI_POINTYFROMPOSITION, 0, caret));
   int textHeight = static_cast<int>(SendEditor(SCI_TEXTHEIGHT, 0));
@@ -108,6 +111,8 @@ void UpdateStatusBar() {
   SetPart(3, StatusLineEndingText(static_cast<int>(SendEditor(SCI_GETEOLMODE))));
   SetPart(4, StatusZoomText(static_cast<int>(SendEditor(SCI_GETZOOM))));
   UpdateStatusFont();
+  SendMessageW(g_hwndStatus, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(g_hwndStatus, nullptr, FALSE);
 }
 
 void UpdateStatusFont() {
