@@ -7,7 +7,6 @@
 #include <uxtheme.h>
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "Scintilla.h"
@@ -19,6 +18,7 @@
 #include "presentation/themes.h"
 #include "resources/resource_ids.h"
 #include "search/case_rules.h"
+#include "search/editor_replace.h"
 #include "search/find_rules.h"
 #include "search/search.h"
 #include "settings/settings.h"
@@ -32,14 +32,6 @@ constexpr int kStatusWarning = 1;
 constexpr int kStatusSuccess = 2;
 constexpr COLORREF kWarningText = RGB(0xFF, 0xB4, 0x00);
 constexpr COLORREF kSuccessText = RGB(0x28, 0xA0, 0x50);
-
-constexpr COLORREF kHighlightColour = RGB(0xFF, 0xDC, 0x00);
-constexpr int kHighlightAlpha = 70;
-constexpr COLORREF kReplacedColour = RGB(0xFF, 0xA5, 0x00);
-constexpr int kReplacedAlpha = 80;
-constexpr int kReplacedAllAlpha = 120;
-constexpr COLORREF kCurrentColour = RGB(0x00, 0x78, 0xD7);
-constexpr int kCurrentAlpha = 80;
 
 // The fields are read with room for 255 units and the terminator.
 constexpr int kFieldLimit = 256;
@@ -89,23 +81,6 @@ void EmptyFindCache() {
   g_find.query.clear();
 }
 
-void ClearIndicator(int indicator) {
-  SendEditor(SCI_SETINDICATORCURRENT, indicator);
-  SendEditor(SCI_INDICATORCLEARRANGE, 0, SendEditor(SCI_GETLENGTH));
-}
-
-void ConfigureFindIndicator(int indicator, COLORREF colour, int alpha) {
-  SendEditor(SCI_INDICSETSTYLE, indicator, INDIC_ROUNDBOX);
-  SendEditor(SCI_INDICSETFORE, indicator, colour);
-  SendEditor(SCI_INDICSETALPHA, indicator, alpha);
-  SendEditor(SCI_INDICSETUNDER, indicator, 1);
-}
-
-void FillIndicator(int indicator, Sci_Position start, Sci_Position length) {
-  SendEditor(SCI_SETINDICATORCURRENT, indicator);
-  SendEditor(SCI_INDICATORFILLRANGE, start, length);
-}
-
 void SelectAndShow(const FindMatch& match) {
   SendEditor(SCI_SETSEL, match.start, match.end);
   SendEditor(SCI_SCROLLCARET);
@@ -117,23 +92,6 @@ std::string SelectedText() {
   SendEditor(SCI_GETSELTEXT, 0, reinterpret_cast<LPARAM>(buffer.data()));
   buffer.resize(static_cast<size_t>(end - start));
   return buffer;
-}
-
-std::string WholeDocument() {
-  const Sci_Position length = SendEditor(SCI_GETLENGTH);
-  std::string text(static_cast<size_t>(length) + 1, '\0');
-  SendEditor(SCI_GETTEXT, static_cast<WPARAM>(length) + 1, reinterpret_cast<LPARAM>(text.data()));
-  text.resize(static_cast<size_t>(length));
-  return text;
-}
-
-// UTF-16 of bytes that may hold zeros.
-std::wstring WideOfBytes(std::string_view bytes) {
-  if (bytes.empty()) return {};
-  const int size = MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), nullptr, 0);
-  std::wstring wide(static_cast<size_t>(size), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), wide.data(), size);
-  return wide;
 }
 
 void RefillCombo(HWND dialog, int id, const wchar_t (*history)[kHistoryUnits], const std::wstring& typed) {
@@ -246,11 +204,10 @@ void ReplaceAllInDocument(HWND dialog) {
   const bool colour = Checked(dialog, IDC_FIND_COLOR_RESULTS), inSelection = Checked(dialog, IDC_FIND_IN_SELECTION);
   HistoryStep(dialog, text, &replacement);
 
-  const std::string document = WholeDocument();
-  Sci_Position start = 0, end = static_cast<Sci_Position>(document.size());
+  int64_t start = 0, end = SendEditor(SCI_GETLENGTH);
   if (inSelection) {
-    const Sci_Position selectionStart = SendEditor(SCI_GETSELECTIONSTART);
-    const Sci_Position selectionEnd = SendEditor(SCI_GETSELECTIONEND);
+    const int64_t selectionStart = SendEditor(SCI_GETSELECTIONSTART);
+    const int64_t selectionEnd = SendEditor(SCI_GETSELECTIONEND);
     if (selectionStart == selectionEnd) {
       SetStatus(dialog, L"No text selected. Running on entire document.", kStatusWarning);
       // The stored setting follows only when the dialog closes.
@@ -260,48 +217,14 @@ void ReplaceAllInDocument(HWND dialog) {
       end = selectionEnd;
     }
   }
-
-  const std::string search = WideToUtf8(text), plain = WideToUtf8(replacement);
-  std::string capitalised, lowered;
-  ReplaceAllRequest request;
-  request.range = std::string_view(document).substr(static_cast<size_t>(start), static_cast<size_t>(end - start));
-  request.search = search;
-  request.replacement = plain;
-  request.matchCase = matchCase;
-  request.wholeWord = wholeWord;
-  request.preserveCase = preserveCase;
-  if (preserveCase) {
-    capitalised = WideToUtf8(CapitalisedReplacement(replacement));
-    lowered = WideToUtf8(LoweredReplacement(replacement));
-    request.capitalised = capitalised;
-    request.lowered = lowered;
-  }
-  request.rangeStart = static_cast<int32_t>(start);
-  const ReplaceAllResult result = BuildReplaceAll(request);
-
-  // A replacement that changes nothing counts as no occurrence: the document
-  // stays untouched and no undo step arises.
-  if (result.count == 0 || result.output == request.range ||
-      WideOfBytes(result.output) == WideOfBytes(request.range)) {
+  const int count = ReplaceAllInEditor({text, replacement, matchCase, wholeWord, preserveCase, colour}, start, end);
+  if (count == 0) {
     SetStatus(dialog, L"No occurrences found.", kStatusWarning);
     return;
   }
-
-  // One replacement of the whole range: one undo step however many hits.
-  SendEditor(SCI_BEGINUNDOACTION);
-  SendEditor(SCI_SETTARGETSTART, start);
-  SendEditor(SCI_SETTARGETEND, end);
-  SendEditor(SCI_REPLACETARGET, result.output.size(), reinterpret_cast<LPARAM>(result.output.data()));
-  SendEditor(SCI_ENDUNDOACTION);
-
-  if (colour) {
-    ClearIndicator(kIndicatorReplaced);
-    ConfigureFindIndicator(kIndicatorReplaced, kReplacedColour, kReplacedAllAlpha);
-    SendEditor(SCI_SETINDICATORCURRENT, kIndicatorReplaced);
-    for (const FindMatch& pair : result.replaced)
-      SendEditor(SCI_INDICATORFILLRANGE, pair.start, pair.end - pair.start);
-  }
-  SetStatus(dialog, ReplacedCountText(result.count), kStatusSuccess);
+  // The edit's change notice has marked the document modified and refreshed
+  // the title and the toolbar.
+  SetStatus(dialog, ReplacedCountText(count), kStatusSuccess);
   EmptyFindCache();
 }
 
@@ -320,9 +243,7 @@ void HighlightAllMatches(HWND dialog) {
   // Without colour the operation only counts.
   if (colour) {
     ConfigureFindIndicator(kIndicatorHighlightAll, kHighlightColour, kHighlightAlpha);
-    SendEditor(SCI_SETINDICATORCURRENT, kIndicatorHighlightAll);
-    for (const FindMatch& match : g_find.matches)
-      SendEditor(SCI_INDICATORFILLRANGE, match.start, match.end - match.start);
+    FillIndicatorRanges(kIndicatorHighlightAll, g_find.matches);
     SelectAndShow(g_find.matches.back());
   }
   SetStatus(dialog, MatchCountText(g_find.matches.size()), kStatusSuccess);
