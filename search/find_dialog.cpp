@@ -323,7 +323,7 @@ void OnThemeChanged(HWND dialog) {
   ApplyThemeNames(dialog);
   DeleteBrushes();
   MakeBrushes();
-  RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+  RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void OnClose(HWND dialog) {

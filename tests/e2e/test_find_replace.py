@@ -5,6 +5,9 @@ the histories and options in the settings file, and the look in a dark and a
 light theme. Each button is clicked through the dialog; a sent click returns
 once the dialog has handled it, so the editor's text and selection are read
 back straight after."""
+import re
+import subprocess
+
 import harness
 from harness import TavroTestCase, utf16_field, windows_path
 
@@ -291,6 +294,14 @@ class FindTests(FindCase):
         self.assertEqual(self.stored_history(FIND_HISTORY), ["foo"])
 
 
+    def test_options_are_not_stored_when_the_main_window_goes_first(self):
+        self.open_dialog("text")
+        self.set_check(MATCH_CASE, True)
+        self.tavro.post(self.main, WM_CLOSE)
+        self.assertEqual(self.tavro.wait_exit(), 0)
+        self.assertEqual(self.settings_bytes(FIND_FLAGS, 6), bytes([0, 0, 1, 0, 0, 1]))
+
+
 class ReplaceTests(FindCase):
     def test_replace_only_replaces_a_selection_equal_to_the_search_text(self):
         self.open_dialog("foo Foo FOO")
@@ -461,14 +472,41 @@ class ReplaceAllTests(FindCase):
 
 
 class LookTests(FindCase):
-    # dialogBackground of rows 0 and 1.
+    # dialogBackground and dialogText of rows 0 and 1.
     BACKGROUND = {0: (0x1E, 0x1E, 0x21), 1: (0xF2, 0xF2, 0xF2)}
+    TEXT = {0: (0xDC, 0xDC, 0xDC), 1: (0x14, 0x14, 0x14)}
+    WARNING, SUCCESS = (0xFF, 0xB4, 0x00), (0x28, 0xA0, 0x50)
+
+    def status_colours(self, png):
+        """The colours of the status line's pixels in a screenshot."""
+        left, top, right, bottom = (int(v) for v in
+                                    self.tavro.request("describe", self.controls[STATUS]).split("\t")[4:8])
+        out = subprocess.run(["convert", str(png), "-crop", f"{right - left}x{bottom - top}+{left}+{top}", "-depth",
+                              "8", "-unique-colors", "txt:-"], capture_output=True, text=True, check=True).stdout
+        return {tuple(int(v) for v in m) for m in re.findall(r"\((\d+),(\d+),(\d+)", out)}
+
+    def status_in(self, name, colour):
+        self.tavro.settle(self.dialog)
+        shot = self.tavro.screenshot_until(name, lambda png: colour in self.status_colours(png),
+                                           what=f"the status line in {colour}")
+        self.assertIn(colour, self.status_colours(shot))
 
     def check_theme(self, index):
         self.tavro.send(self.main, WM_THEME_CHANGED, index)
         self.tavro.settle(self.dialog)
+        # Each kind of status has its colour: neutral, warning, success.
+        self.fill("foo")
+        self.click(FIND_NEXT)
+        self.assertEqual(self.status(), "3 matches found.")
+        self.status_in(f"neutral-{index}", self.TEXT[index])
+        self.fill("absent")
+        self.click(FIND_NEXT)
+        self.assertEqual(self.status(), "No matches.")
+        self.status_in(f"warning-{index}", self.WARNING)
+        self.fill("foo")
         self.click(HIGHLIGHT_ALL)
         self.assertEqual(self.status(), "3 matches found.")
+        self.status_in(f"success-{index}", self.SUCCESS)
         width, height, x, y = self.tavro.client(self.dialog)
         point = (x + 6, y + height - 6)
         shot = self.tavro.screenshot_until(f"theme-{index}", lambda png: self.tavro.pixel(png, *point)
