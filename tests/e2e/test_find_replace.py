@@ -163,6 +163,22 @@ class DialogTests(FindCase):
         self.tavro.wait_gone(self.dialog)
         self.assertEqual(self.settings_bytes(FIND_FLAGS, 6), bytes([0, 0, 1, 1, 1, 1]))
 
+    def test_the_keys_open_it_and_closing_gives_the_editor_the_focus(self):
+        doc = self.write_file("doc.txt", "text")
+        self.tavro.start(windows_path(doc))
+        main = self.tavro.main_window()
+        self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - doc.txt")
+        editor = self.tavro.child(main, "Scintilla")["hwnd"]
+        self.tavro.keys("ctrl+f", window=main)
+        dialog = self.tavro.find_dialog(TITLE)
+        self.tavro.settle(dialog)
+        self.tavro.wait_focus(dialog, self.tavro.child(dialog, "ComboBox")["hwnd"])
+        self.tavro.post(dialog, WM_CLOSE)
+        self.tavro.wait_gone(dialog)
+        self.tavro.wait_focus(main, editor)
+        self.tavro.keys("ctrl+h", window=main)
+        self.assertTrue(self.tavro.find_dialog(TITLE))
+
     def test_an_empty_search_text_does_nothing_anywhere(self):
         self.open_dialog("foo bar foo")
         self.select(4, 7)
