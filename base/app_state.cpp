@@ -7,6 +7,7 @@ HWND g_hwndToolbar = nullptr;
 HWND g_hwndStatus = nullptr;
 HWND g_hwndMargin = nullptr;
 HWND g_hwndAiPanel = nullptr;
+HWND g_hwndFind = nullptr;
 bool g_viewerMode = false;
 std::wstring g_profileName;
 CreateLexerFn g_createLexer = nullptr;

@@ -11,6 +11,7 @@
 #include "presentation/themes.h"
 #include "settings/settings.h"
 #include "base/app_state.h"
+#include "base/messages.h"
 #include "base/text_convert.h"
 
 namespace {
@@ -108,6 +109,7 @@ void ApplyTheme(unsigned index, bool chosen) {
   SetDarkTitleBar(g_hwndMain, ThemeTitleBarDark(index));
   if (g_hwndMargin && IsWindowVisible(g_hwndMargin)) InvalidateRect(g_hwndMargin, nullptr, TRUE);
   SaveSettings(g_settings);
+  if (g_hwndFind) PostMessageW(g_hwndFind, WM_THEME_CHANGED, index, 0);
 }
 
 void SyncSystemTheme(HWND window) {

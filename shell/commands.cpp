@@ -10,6 +10,7 @@
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
+#include "search/find_dialog.h"
 #include "search/search.h"
 #include "settings/settings.h"
 #include "shell/mode_switch.h"

@@ -29,6 +29,7 @@
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
 #include "resources/resource_ids.h"
+#include "search/find_dialog.h"
 #include "search/search.h"
 #include "settings/settings.h"
 #include "shell/commands.h"
@@ -345,6 +346,7 @@ void OnDestroy(HWND window) {
     OutputDebugStringW(L"[Tavro] Current chat saved.\n");
   }
   if (!g_viewerMode) CollectSettings();
+  if (g_hwndFind) DestroyWindow(g_hwndFind);
   SetDocumentListeners(DocumentListeners());
   PostQuitMessage(0);
 }
@@ -433,6 +435,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
           break;
         case SCN_MODIFIED:
           if (notification->modificationType & (SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT)) {
+            InvalidateFindCache();
             if (!g_modified) {
               g_modified = true;
               UpdateTitle();

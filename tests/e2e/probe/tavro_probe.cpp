@@ -518,6 +518,25 @@ void Handle(const std::vector<std::string>& f) {
     if (!ok) return Reply("err", "read");
     text.resize(strnlen(text.c_str(), text.size()));
     Reply("ok", Escape(ToWide(text)));
+  } else if (verb == "send-string") {
+    // send-string HWND MSG WPARAM TEXT: sends MSG with lParam the address of
+    // TEXT in UTF-8, zero-terminated, in a buffer lent in the window's
+    // process (for messages such as SCI_SETTEXT that take a narrow string).
+    HWND window = ToWindow(arg(1));
+    const std::string text = arg(4);
+    DWORD processId = 0;
+    GetWindowThreadProcessId(window, &processId);
+    HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, processId);
+    if (!process) return Reply("err", "open " + std::to_string(GetLastError()));
+    void* remote = VirtualAllocEx(process, nullptr, text.size() + 1, MEM_COMMIT, PAGE_READWRITE);
+    DWORD_PTR result = 0;
+    bool ok = remote && WriteProcessMemory(process, remote, text.c_str(), text.size() + 1, nullptr) &&
+              SendMessageTimeoutW(window, static_cast<UINT>(Number(arg(2))), static_cast<WPARAM>(Number(arg(3))),
+                                  reinterpret_cast<LPARAM>(remote), SMTO_NORMAL, kSendTimeoutMs, &result);
+    if (remote) VirtualFreeEx(process, remote, 0, MEM_RELEASE);
+    CloseHandle(process);
+    if (!ok) return Reply("err", "send");
+    Reply("ok", std::to_string(static_cast<long long>(result)));
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {
