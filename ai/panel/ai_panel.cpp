@@ -97,8 +97,6 @@ std::wstring WindowText(HWND window) {
   return text;
 }
 
-void NotBuiltYet(const wchar_t* line) { OutputDebugStringW(line); }
-
 // ---- transcript ----------------------------------------------------------
 
 void StyleTranscript() {
