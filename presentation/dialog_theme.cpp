@@ -19,8 +19,9 @@ bool IsButton(HWND control) {
   return lstrcmpiW(className, L"Button") == 0;
 }
 
-// Frame and caption in the theme's colours; the inside stays as the dialog
-// painted it.
+// Frame and caption; the inside stays as the dialog painted it. The caption
+// takes the text colour and background that the dialog answers to
+// WM_CTLCOLORSTATIC, as any static text of the dialog does.
 void PaintGroupBox(HWND box, HDC dc) {
   const ThemeColors& row = CurrentTheme();
   RECT client;
@@ -42,13 +43,15 @@ void PaintGroupBox(HWND box, HDC dc) {
   DeleteObject(pen);
 
   if (length > 0) {
+    SetTextColor(dc, row.dialogText);
+    SetBkColor(dc, row.windowBackground);
+    auto background = reinterpret_cast<HBRUSH>(
+        SendMessageW(GetParent(box), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(box)));
     RECT behind = {client.left + kCaptionIndent - kCaptionPadding, client.top,
                    client.left + kCaptionIndent + extent.cx + kCaptionPadding, client.top + metrics.tmHeight};
-    HBRUSH background = CreateSolidBrush(row.windowBackground);
-    FillRect(dc, &behind, background);
-    DeleteObject(background);
+    if (background) FillRect(dc, &behind, background);
+    if (!IsWindowEnabled(box)) SetTextColor(dc, row.controlTextDisabled);
     SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, IsWindowEnabled(box) ? row.dialogText : row.controlTextDisabled);
     TextOutW(dc, client.left + kCaptionIndent, client.top, caption, length);
   }
   SelectObject(dc, oldFont);
@@ -78,6 +81,11 @@ LRESULT CALLBACK GroupBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lPar
 
 }  // namespace
 
+void ThemeGroupBox(HWND box) {
+  SetWindowTheme(box, L"", L"");
+  SetWindowSubclass(box, GroupBoxProc, kGroupBoxSubclass, 0);
+}
+
 void ApplyDialogTheme(HWND dialog, DialogTheme& theme) {
   const ThemeColors& row = CurrentTheme();
   theme.background = CreateSolidBrush(row.windowBackground);
@@ -96,8 +104,7 @@ void ApplyDialogTheme(HWND dialog, DialogTheme& theme) {
         SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(theme.buttonFont), FALSE);
         break;
       case BS_GROUPBOX:
-        SetWindowTheme(child, L"", L"");
-        SetWindowSubclass(child, GroupBoxProc, kGroupBoxSubclass, 0);
+        ThemeGroupBox(child);
         break;
       default:  // check boxes and radio buttons
         SetWindowTheme(child, L"", L"");

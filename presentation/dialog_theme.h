@@ -15,6 +15,11 @@ struct DialogTheme {
   LONG_PTR classBrushBefore = 0;
 };
 
+// One group box painted here, for a dialog that themes itself otherwise:
+// frame in controlBorder, caption in the colours the dialog answers to
+// WM_CTLCOLORSTATIC.
+void ThemeGroupBox(HWND box);
+
 // At WM_INITDIALOG, after the controls exist.
 void ApplyDialogTheme(HWND dialog, DialogTheme& theme);
 // Answers the colour messages (WM_CTLCOLOR*) and the push buttons'

@@ -14,6 +14,7 @@
 #include "base/messages.h"
 #include "base/text_convert.h"
 #include "presentation/dark_menu.h"
+#include "presentation/dialog_theme.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
 #include "resources/resource_ids.h"
@@ -296,6 +297,7 @@ void InitDialog(HWND dialog) {
   SetDarkTitleAttribute(dialog, true);
   ApplyThemeNames(dialog);
   for (int id : kUnstyledControls) SetWindowTheme(Item(dialog, id), L"", L"");
+  ThemeGroupBox(Item(dialog, IDC_FIND_OPTIONS));  // Wine's own drawing ignores the caption colour
   for (int id : kPushButtons) {
     HWND button = Item(dialog, id);
     SetWindowLongPtrW(button, GWL_STYLE, (GetWindowLongPtrW(button, GWL_STYLE) & ~BS_TYPEMASK) | BS_OWNERDRAW);
