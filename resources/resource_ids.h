@@ -37,3 +37,6 @@
 #define IDC_PROFILE_DELETE 10004
 #define IDC_PROFILE_ACTIVATE 10005
 #define IDC_PROFILE_STATUS 10006
+
+// The progress dialog of every long export; it paints its own Cancel and hides this one.
+#define IDD_EXPORT_PROGRESS 9100
