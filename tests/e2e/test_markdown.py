@@ -132,6 +132,35 @@ class MarkdownPreview(TavroTestCase):
         self.tavro.wait_gone(main)
         self.assertEqual(self.tavro.count_windows("TavroMainWindow"), 0)
 
+    def test_cancel_lets_the_writer_finish_its_page_but_the_preview_counts_as_failed(self):
+        main = self.open_markdown("notes.md", SMALL_DOC)
+        # The writer is the second thread the export starts, after its pacing
+        # thread; held at its birth, the export stays in progress for as long
+        # as the test needs.
+        self.tavro.request("hold-thread", self.tavro.request("pid", main), 2)
+        self.tavro.command(main, MD_PREVIEW)
+        dialog = self.tavro.find_dialog("Exporting PDF")
+        self.tavro.wait_until(lambda: self.tavro.request("held-thread") != "0", what="the writer held")
+        width, height, x, y = self.tavro.client(dialog)
+        self.tavro.screenshot("export-in-progress")
+        # The painted Cancel: centred, its bottom 10 pixels above the client's.
+        self.tavro.x_input(dialog, ("mousemove", x + width // 2, y + height - 18, "click", 1))
+        self.tavro.screenshot("cancelling")
+        # Cancel doesn't close the dialog: only the pacing thread's end message
+        # does, once it has waited 5 seconds for the held writer.
+        self.assertTrue(self.tavro.alive(dialog))
+        self.tavro.wait_gone(dialog)
+        self.assertEqual(self.temp_files("temp_html_*.html"), [])  # the writer hasn't run yet
+        self.tavro.request("release-thread")
+        # Let go, the writer completes its page all the same.
+        pages = self.tavro.wait_until(lambda: [p for p in self.temp_files("temp_html_*.html")
+                                               if p.read_bytes() == SMALL_PAGE], what="the whole page")
+        self.assertEqual(len(pages), 1)
+        # The job failed: no box, no browser, no Viewer.
+        self.tavro.settle(main)
+        self.assertEqual([r["text"] for r in self.tavro.windows("") if r["text"].startswith("Tavro - MD")], [])
+        self.assertEqual(self.tavro.count_windows("TavroMainWindow"), 1)
+
     def test_no_on_the_question_does_nothing(self):
         text = "x\r\n" * 30000 + "y"
         main = self.open_markdown("long.md", text)
