@@ -1,8 +1,6 @@
 """MD Preview end to end: the page it writes, its box, the Viewer that takes
 over when no browser opens the page, the question above 30,000 lines with
 its Viewer, and the Viewers' end with the main window."""
-import subprocess
-
 import harness
 from harness import TavroTestCase, windows_path
 
@@ -51,12 +49,6 @@ SMALL_PAGE = (
 
 
 class MarkdownPreview(TavroTestCase):
-    def remove_html_handler(self):
-        """A machine with no browser: nothing is registered to open .html."""
-        subprocess.run(self.tavro._wrap + ["wine", "reg", "delete", r"HKLM\Software\Classes\htmlfile\shell", "/f"],
-                       env=self.tavro.env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                       stderr=subprocess.DEVNULL, check=True, timeout=120)
-
     def open_markdown(self, name, text):
         doc = self.write_file(name, text)
         self.tavro.start(windows_path(doc))
@@ -73,7 +65,7 @@ class MarkdownPreview(TavroTestCase):
         return row["left"], row["top"], row["right"] - row["left"], row["bottom"] - row["top"]
 
     def test_preview_writes_the_page_shows_its_box_and_falls_back_to_a_viewer(self):
-        self.remove_html_handler()
+        self.tavro.remove_html_handler()
         main = self.open_markdown("notes.md", SMALL_DOC)
         self.tavro.command(main, MD_PREVIEW)
         box = self.tavro.find_dialog("Tavro - MD Export")
