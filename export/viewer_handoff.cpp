@@ -7,8 +7,6 @@
 #include "Scintilla.h"
 #include "settings/temp_files.h"
 
-HANDLE g_viewerJob = nullptr;
-
 std::string EditorTextUtf8() {
   LRESULT length = SendEditor(SCI_GETLENGTH);
   std::string text(static_cast<size_t>(length) + 1, '\0');

@@ -1,14 +1,12 @@
 // The way out of a long job: a Viewer, a read-only second process of this
 // executable, placed beside its caller and held in a job object that ends
-// it when this process lets go of the job (at WM_DESTROY, or by dying).
+// it when this process lets go of the job (at WM_DESTROY, or by dying);
+// the job is g_viewerJob of base/app_state.h.
 #pragma once
 
 #include <windows.h>
 
 #include <string>
-
-// The job object of the Viewers; null when none was started.
-extern HANDLE g_viewerJob;
 
 // Viewer sizes: for a text handed over, and for a page no browser could open.
 constexpr int kTextViewerWidth = 660, kTextViewerHeight = 820;

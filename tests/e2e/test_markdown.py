@@ -153,6 +153,18 @@ class MarkdownPreview(TavroTestCase):
         self.assertEqual([r["text"] for r in self.tavro.windows("") if r["text"].startswith("Tavro - MD")], [])
         self.assertEqual(self.tavro.count_windows("TavroMainWindow"), 1)
 
+    def test_a_viewer_ends_when_the_main_process_dies(self):
+        main = self.open_markdown("long.md", "x\r\n" * 30001)
+        self.tavro.command(main, MD_PREVIEW)
+        self.tavro.press(self.tavro.find_dialog("Tavro - MD Preview"), "Yes")
+        viewer = self.tavro.find_window("TavroMainWindow", "Tavro Viewer - temp_", prefix=True)
+        self.tavro.settle(viewer)
+        # Killed, the main process closes nothing itself: the system lets go of its job.
+        self.tavro.process.kill()
+        self.tavro.wait_exit()
+        self.tavro.wait_gone(viewer)
+        self.assertEqual(self.tavro.count_windows("TavroMainWindow"), 0)
+
     def test_no_on_the_question_does_nothing(self):
         text = "x\r\n" * 30000 + "y"
         main = self.open_markdown("long.md", text)
