@@ -1,6 +1,8 @@
 """MD Preview end to end: the page it writes, its box, the Viewer that takes
 over when no browser opens the page, the question above 30,000 lines with
 its Viewer, and the Viewers' end with the main window."""
+import subprocess
+
 import harness
 from harness import TavroTestCase, windows_path
 
@@ -59,6 +61,12 @@ class MarkdownPreview(TavroTestCase):
     def temp_files(self, pattern):
         folder = self.tavro.appdata / "Tavro" / "tmp"
         return sorted(folder.glob(pattern)) if folder.exists() else []
+
+    def label_brightness(self, png, x, y):
+        """The brightest grey in a small box around (x, y) of a screenshot, 0 to 1."""
+        out = subprocess.run(["convert", str(png), "-crop", f"40x8+{x - 20}+{y - 4}", "+repage", "-colorspace", "Gray",
+                              "-format", "%[fx:maxima]", "info:"], capture_output=True, text=True, check=True).stdout
+        return float(out)
 
     def window_box(self, hwnd):
         row = next(r for r in self.tavro.windows("TavroMainWindow") if r["hwnd"] == hwnd)
@@ -134,13 +142,23 @@ class MarkdownPreview(TavroTestCase):
         dialog = self.tavro.find_dialog("Exporting PDF")
         self.tavro.wait_until(lambda: self.tavro.request("held-thread") != "0", what="the writer held")
         width, height, x, y = self.tavro.client(dialog)
-        self.tavro.screenshot("export-in-progress")
         # The painted Cancel: centred, its bottom 10 pixels above the client's.
-        self.tavro.x_input(dialog, ("mousemove", x + width // 2, y + height - 18, "click", 1))
-        self.tavro.screenshot("cancelling")
+        button_x, button_y = x + width // 2, y + height - 21
+        self.assertGreater(self.label_brightness(self.tavro.screenshot("export-in-progress"), button_x, button_y), 0.7)
+        # Pressed on the button but released outside it: nothing.
+        self.tavro.x_input(dialog, ("mousemove", button_x, button_y, "mousedown", 1, "mousemove", button_x,
+                                    y + 20, "mouseup", 1))
+        self.assertGreater(self.label_brightness(self.tavro.screenshot("released-outside"), button_x, button_y), 0.7)
+        # Two presses, the second after the first has been handled: it finds
+        # the button disabled.
+        self.tavro.x_input(dialog, ("mousemove", button_x, button_y, "click", "--repeat", 2, "--delay", 700, 1))
         # Cancel doesn't close the dialog: only the pacing thread's end message
         # does, once it has waited 5 seconds for the held writer.
         self.assertTrue(self.tavro.alive(dialog))
+        # Cancelling: the label in the muted colour, the status says so.
+        shot = self.tavro.screenshot_until(
+            "cancelling", lambda png: self.label_brightness(png, button_x, button_y) < 0.55, what="a disabled Cancel")
+        self.assertGreater(self.label_brightness(shot, button_x, button_y), 0.3)
         self.tavro.wait_gone(dialog)
         self.assertEqual(self.temp_files("temp_html_*.html"), [])  # the writer hasn't run yet
         self.tavro.request("release-thread")
