@@ -11,6 +11,7 @@ HWND g_hwndFind = nullptr;
 bool g_viewerMode = false;
 std::wstring g_profileName;
 CreateLexerFn g_createLexer = nullptr;
+HANDLE g_viewerJob = nullptr;
 
 bool IsDefaultProfileName(const std::wstring& profileName) {
   return profileName.empty() || profileName == kDefaultProfileName;

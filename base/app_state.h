@@ -30,6 +30,10 @@ extern std::wstring g_profileName;  // empty or "default": the default profile
 using CreateLexerFn = void*(__stdcall*)(const char* name);
 extern CreateLexerFn g_createLexer;  // from lexilla.dll; null in a Viewer
 
+// The job object that holds the Viewers this process started, or null. Its
+// one holder is this process: when the handle closes, they end.
+extern HANDLE g_viewerJob;
+
 // Empty and "default" both name the default profile.
 bool IsDefaultProfileName(const std::wstring& profileName);
 // "default" for the default profile, else the profile name: the name used in

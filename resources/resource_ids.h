@@ -59,3 +59,6 @@
 #define IDC_FIND_WHAT_LABEL 518
 #define IDC_FIND_REPLACE_LABEL 519
 #define IDC_FIND_STATUS_LABEL 520
+
+// The progress dialog of every long export; it paints its own Cancel and hides this one.
+#define IDD_EXPORT_PROGRESS 9100

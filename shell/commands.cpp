@@ -7,6 +7,8 @@
 #include "Scintilla.h"
 #include "ai/panel/ai_panel.h"
 #include "document/document.h"
+#include "export/markdown_export.h"
+#include "export/viewer_handoff.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
@@ -90,11 +92,11 @@ void ToggleWordWrap() {
 void PreviewMarkdown(HWND window) {
   int lines = static_cast<int>(SendEditor(SCI_GETLINECOUNT));
   if (lines <= kMarkdownPreviewLineLimit) {
-    ShowMarkdownPreview(window);
+    ExportMarkdownHtml(window, L"");
     return;
   }
   if (ShowMessageBox(window, kBoxYesNo, L"Tavro - MD Preview", MarkdownPreviewQuestion(lines).c_str()) == kResultYes)
-    OpenTextInViewer(window);
+    OpenPreviewTextInViewer(window);
 }
 
 }  // namespace

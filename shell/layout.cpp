@@ -55,15 +55,3 @@ int LineNumberStripWidth(int lineCount, int digitWidth) {
   if (digitWidth < 1) digitWidth = 8;
   return digits * digitWidth + 12;
 }
-
-std::wstring FormatElapsed(uint64_t milliseconds) {
-  wchar_t text[64];
-  unsigned long long seconds = milliseconds / 1000;
-  if (seconds < 60)
-    swprintf(text, 64, L"%llu.%03llu sec", seconds, static_cast<unsigned long long>(milliseconds % 1000));
-  else if (seconds < 3600)
-    swprintf(text, 64, L"%llu:%02llu min", seconds / 60, seconds % 60);
-  else
-    swprintf(text, 64, L"%llu:%02llu:%02llu", seconds / 3600, seconds / 60 % 60, seconds % 60);
-  return text;
-}

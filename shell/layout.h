@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "export/progress_text.h"  // FormatElapsed
+
 constexpr int kToolbarHeight = 44;
 constexpr int kEditorMinimumWidth = 300;
 constexpr int kMinimumTrackHeight = 480;
@@ -47,5 +49,3 @@ int RequiredMinimumWidth(bool aiMode, bool panelExists, int panelPercent);
 // Width of the line-number strip for a line count and a digit width.
 int LineNumberStripWidth(int lineCount, int digitWidth);
 
-// "12.345 sec", "3:07 min" or "1:02:03" for an elapsed time.
-std::wstring FormatElapsed(uint64_t milliseconds);

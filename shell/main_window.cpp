@@ -24,6 +24,7 @@
 #include "document/document.h"
 #include "document/save_prompt.h"
 #include "export/export_note.h"
+#include "export/viewer_handoff.h"
 #include "presentation/dark_menu.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
@@ -180,8 +181,11 @@ void OnExportFinished(HWND window, UINT message, WPARAM success, LPARAM data) {
     std::wstring text = L"HTML exported successfully.\n\nExport time:  " + FormatElapsed(note->elapsedMs) +
                         L"\n\nOpen in browser?";
     if (ShowMessageBox(window, kBoxYesNo, L"Tavro - HTML Export", text.c_str()) == kResultYes &&
-        !note->outputPath.empty())
-      ShellExecuteW(window, L"open", note->outputPath.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+        !note->outputPath.empty()) {
+      auto opened = reinterpret_cast<INT_PTR>(
+          ShellExecuteW(window, L"open", note->outputPath.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+      if (opened <= 32) OpenFileInViewer(window, note->outputPath);
+    }
   }
   delete note;
 }
@@ -345,6 +349,7 @@ void OnDestroy(HWND window) {
   if (!g_viewerMode && g_settings.editorMode == 1 && SaveCurrentChat(GetChatHistory())) {
     OutputDebugStringW(L"[Tavro] Current chat saved.\n");
   }
+  CloseViewerJob();  // every Viewer handed a text ends with this window
   if (!g_viewerMode) CollectSettings();
   if (g_hwndFind) DestroyWindow(g_hwndFind);
   SetDocumentListeners(DocumentListeners());

@@ -567,6 +567,13 @@ class TavroSession:
     def type(self, text, title_regex="^Tavro", window=None, focus=None, settle=True):
         self._input(["type", "--delay", "30", text], title_regex, window, focus, settle)
 
+    def remove_html_handler(self):
+        """A machine with no browser: nothing in this prefix opens .html
+        files, so asking the shell to open one fails."""
+        subprocess.run(self._wrap + ["wine", "reg", "delete", r"HKLM\Software\Classes\htmlfile\shell", "/f"],
+                       env=self.env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL, check=True, timeout=120)
+
     # -- settings file -----------------------------------------------------
     def settings_path(self, profile=None):
         folder = self.appdata / "Tavro"

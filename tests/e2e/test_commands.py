@@ -93,13 +93,16 @@ class CommandsTest(TavroTestCase):
 
     def test_markdown_preview_of_30000_lines_asks_nothing(self):
         doc = self.write_file("big.md", "line\r\n" * 29999 + "last")
+        self.tavro.remove_html_handler()
         main, _ = self.start(windows_path(doc))
         self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - big.md")
-        # Sent, the command returns only once handled; a question would keep
-        # it from returning.
-        self.tavro.send(main, harness.WM_COMMAND, 3201)
-        self.tavro.settle(main)  # and anything it posted
-        self.assertEqual([row["cls"] for row in self.tavro.windows("")], ["TavroMainWindow"])
+        self.tavro.command(main, 3201)
+        # No question: the preview runs and reports.
+        box = self.tavro.find_dialog("Tavro - MD Export")
+        self.assertTrue(any(text.startswith("MD exported successfully.\n\nLines: 30000\n")
+                            for text in self.tavro.dialog_texts(box)))
+        self.assertNotIn("Tavro - MD Preview", [row["text"] for row in self.tavro.windows("")])
+        self.tavro.press(box, "OK")
 
 
 if __name__ == "__main__":

@@ -6,6 +6,7 @@
 
 #include <wincrypt.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -176,6 +177,80 @@ std::string DescribeWindow(HWND window) {
                      std::to_string(rect.left) + "\t" + std::to_string(rect.top) + "\t" + std::to_string(rect.right) +
                      "\t" + std::to_string(rect.bottom) + "\t" + Escape(TextOf(window));
   return line;
+}
+
+
+// Holding one thread of a program at its birth, as a debugger does: the
+// system stops the whole process at each thread's creation until the
+// debugger lets it go, so the thread is suspended before it runs any code
+// (and so before it can hold a lock that others wait for). A thread of the
+// probe attaches and runs the debug loop; only that thread may continue
+// events, resume the held thread and detach.
+struct ThreadHold {
+  DWORD processId = 0;
+  int wanted = 0;             // hold the wanted-th thread started in the program's own image
+  HANDLE attached = nullptr;  // set once attached, or failed
+  bool attachOk = false;
+  std::atomic<DWORD> heldId{0};
+  std::atomic<bool> release{false};
+  HANDLE done = nullptr;      // set once resumed and detached
+};
+ThreadHold* g_hold = nullptr;
+
+DWORD WINAPI ThreadHoldLoop(LPVOID parameter) {
+  auto* hold = static_cast<ThreadHold*>(parameter);
+  hold->attachOk = DebugActiveProcess(hold->processId) != 0;
+  if (hold->attachOk) DebugSetProcessKillOnExit(FALSE);
+  SetEvent(hold->attached);
+  if (!hold->attachOk) return 0;
+  ULONG_PTR imageStart = 0, imageEnd = 0;
+  HANDLE process = nullptr, heldThread = nullptr;
+  int seen = 0;
+  for (;;) {
+    if (hold->release.load()) {
+      if (heldThread) ResumeThread(heldThread);
+      DebugActiveProcessStop(hold->processId);
+      break;
+    }
+    DEBUG_EVENT event = {};
+    if (!WaitForDebugEvent(&event, 20)) continue;
+    DWORD status = DBG_CONTINUE;
+    switch (event.dwDebugEventCode) {
+      case CREATE_PROCESS_DEBUG_EVENT: {
+        process = event.u.CreateProcessInfo.hProcess;
+        imageStart = reinterpret_cast<ULONG_PTR>(event.u.CreateProcessInfo.lpBaseOfImage);
+        IMAGE_DOS_HEADER dos = {};
+        IMAGE_NT_HEADERS nt = {};
+        SIZE_T read = 0;
+        if (ReadProcessMemory(process, event.u.CreateProcessInfo.lpBaseOfImage, &dos, sizeof(dos), &read) &&
+            ReadProcessMemory(process, reinterpret_cast<BYTE*>(event.u.CreateProcessInfo.lpBaseOfImage) + dos.e_lfanew,
+                              &nt, sizeof(nt), &read))
+          imageEnd = imageStart + nt.OptionalHeader.SizeOfImage;
+        if (event.u.CreateProcessInfo.hFile) CloseHandle(event.u.CreateProcessInfo.hFile);
+        break;
+      }
+      case CREATE_THREAD_DEBUG_EVENT: {
+        auto start = reinterpret_cast<ULONG_PTR>(event.u.CreateThread.lpStartAddress);
+        if (start >= imageStart && start < imageEnd && ++seen == hold->wanted && !heldThread) {
+          heldThread = event.u.CreateThread.hThread;
+          SuspendThread(heldThread);
+          hold->heldId.store(event.dwThreadId);
+        }
+        break;
+      }
+      case LOAD_DLL_DEBUG_EVENT:
+        if (event.u.LoadDll.hFile) CloseHandle(event.u.LoadDll.hFile);
+        break;
+      case EXCEPTION_DEBUG_EVENT:
+        // The break-in of the attach is ours; every other exception is the program's.
+        if (event.u.Exception.ExceptionRecord.ExceptionCode != EXCEPTION_BREAKPOINT)
+          status = DBG_EXCEPTION_NOT_HANDLED;
+        break;
+    }
+    ContinueDebugEvent(event.dwProcessId, event.dwThreadId, status);
+  }
+  SetEvent(hold->done);
+  return 0;
 }
 
 void Handle(const std::vector<std::string>& f) {
@@ -537,6 +612,33 @@ void Handle(const std::vector<std::string>& f) {
     CloseHandle(process);
     if (!ok) return Reply("err", "send");
     Reply("ok", std::to_string(static_cast<long long>(result)));
+  } else if (verb == "hold-thread") {
+    // hold-thread PID N: from now on, the N-th thread that the process starts
+    // in its own image is suspended at its birth, until release-thread.
+    if (g_hold) return Reply("err", "a thread hold is in place");
+    g_hold = new ThreadHold();
+    g_hold->processId = static_cast<DWORD>(Number(arg(1)));
+    g_hold->wanted = static_cast<int>(Number(arg(2)));
+    g_hold->attached = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    g_hold->done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    CloseHandle(CreateThread(nullptr, 0, ThreadHoldLoop, g_hold, 0, nullptr));
+    WaitForSingleObject(g_hold->attached, INFINITE);
+    if (!g_hold->attachOk) {
+      DWORD error = GetLastError();
+      g_hold = nullptr;  // the loop has ended; the record stays, it is small
+      return Reply("err", "attach failed " + std::to_string(error));
+    }
+    Reply("ok", "");
+  } else if (verb == "held-thread") {
+    // held-thread: the id of the thread held so far, 0 while none is.
+    Reply("ok", std::to_string(g_hold ? g_hold->heldId.load() : 0));
+  } else if (verb == "release-thread") {
+    // release-thread: resumes the held thread and detaches.
+    if (!g_hold) return Reply("err", "no thread hold");
+    g_hold->release.store(true);
+    WaitForSingleObject(g_hold->done, INFINITE);
+    g_hold = nullptr;
+    Reply("ok", "");
   } else if (verb == "ping") {
     Reply("ok", "pong");
   } else {

@@ -1,0 +1,48 @@
+// The modal progress dialog of a long export: a status line and a painted
+// Cancel button on the main thread while a worker does the work. Workers
+// talk to it only through posted messages and the job's events; only the
+// worker's end message closes it.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+struct ExportJob {
+  HWND owner = nullptr;   // the main window
+  HWND editor = nullptr;  // the editor control
+  std::wstring outputPath;
+  std::wstring docName;   // display name
+  std::wstring text;      // the Markdown text
+  int32_t lineCount = 0;  // the base of percentages
+  HANDLE cancelEvent = nullptr;  // manual reset, set by Cancel
+  std::atomic<HWND> dialog{nullptr};  // written by the dialog before readyEvent is set
+  HANDLE readyEvent = nullptr;   // manual reset
+  uint64_t startTicks = 0;
+  uint8_t succeeded = 0;
+  uint8_t isPreview = 0;
+};
+
+// The dialog's own record, from WM_INITDIALOG to WM_DESTROY.
+struct ProgressDialogState {
+  ExportJob* job = nullptr;  // not owned
+  bool cancelled = false;
+  bool buttonHovered = false;
+  bool buttonPressed = false;
+  bool buttonEnabled = true;
+  bool finalizing = false;
+  HBRUSH backgroundBrush = nullptr;
+  HFONT textFont = nullptr;
+  HFONT buttonFont = nullptr;
+  std::wstring status;
+  RECT buttonRect = {};
+};
+
+// Posts to the job's dialog when it exists; workers call nothing else on it.
+void PostToExportDialog(ExportJob& job, UINT message, WPARAM wParam);
+
+// Runs the dialog for the job until the worker's end message: 1 when the
+// job succeeded, 2 otherwise.
+INT_PTR RunExportProgressDialog(ExportJob& job);
