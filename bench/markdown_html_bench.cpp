@@ -35,7 +35,8 @@ std::wstring Document(int lines) {
   return text;
 }
 
-double BestMs(int rounds, const auto& work) {
+template <typename Work>
+double BestMs(int rounds, const Work& work) {
   double best = 1e30;
   for (int i = 0; i < rounds; ++i) {
     auto start = std::chrono::steady_clock::now();
