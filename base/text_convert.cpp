@@ -21,3 +21,11 @@ std::wstring Utf8ToWide(const std::string& text) {
   out.resize(static_cast<size_t>(length) - 1);
   return out;
 }
+
+size_t Utf16ToUtf8Into(const char16_t* units, size_t count, char* out, size_t capacity) {
+  if (count == 0) return 0;
+  // char16_t and wchar_t are the same UTF-16 unit here.
+  const int length = WideCharToMultiByte(CP_UTF8, 0, reinterpret_cast<const wchar_t*>(units), static_cast<int>(count),
+                                         capacity ? out : nullptr, static_cast<int>(capacity), nullptr, nullptr);
+  return length > 0 ? static_cast<size_t>(length) : 0;
+}

@@ -1,6 +1,6 @@
 #include "document/text_detect.h"
 
-#include <windows.h>
+#include "base/text_convert.h"
 
 #include <cstring>
 #include <utility>
@@ -28,15 +28,10 @@ bool StartsWithUtf16Bom(const uint8_t* bytes, size_t size) {
 
 // UTF-16 code units (2-byte aligned, in the machine's order) to UTF-8 in
 // a zero-terminated buffer of its own.
-std::unique_ptr<char[]> Utf16ToUtf8(const wchar_t* units, size_t count, size_t& length) {
-  length = 0;
-  int needed = count ? WideCharToMultiByte(CP_UTF8, 0, units, static_cast<int>(count), nullptr, 0, nullptr, nullptr)
-                     : 0;
-  if (needed < 0) needed = 0;
-  std::unique_ptr<char[]> out(new char[static_cast<size_t>(needed) + 1]);
-  if (needed > 0)
-    needed = WideCharToMultiByte(CP_UTF8, 0, units, static_cast<int>(count), out.get(), needed, nullptr, nullptr);
-  length = needed > 0 ? static_cast<size_t>(needed) : 0;
+std::unique_ptr<char[]> Utf16ToUtf8(const char16_t* units, size_t count, size_t& length) {
+  const size_t needed = Utf16ToUtf8Into(units, count, nullptr, 0);
+  std::unique_ptr<char[]> out(new char[needed + 1]);
+  length = needed ? Utf16ToUtf8Into(units, count, out.get(), needed) : 0;
   out[length] = '\0';
   return out;
 }
@@ -78,7 +73,7 @@ DocumentText DecodeDocumentBuffer(uint8_t* bytes, size_t size) {
       for (size_t i = 0; i < count; ++i) std::swap(bytes[2 + 2 * i], bytes[3 + 2 * i]);
     }
     // The units start at offset 2 of a buffer from new[], so they are aligned.
-    result.converted = Utf16ToUtf8(reinterpret_cast<const wchar_t*>(bytes + 2), count, result.length);
+    result.converted = Utf16ToUtf8(reinterpret_cast<const char16_t*>(bytes + 2), count, result.length);
     result.text = result.converted.get();
   } else {
     result.encoding = kUtf8;

@@ -1,6 +1,8 @@
 #include "export/markdown_fonts.h"
 
 #include "export/markdown_layout.h"
+#include "export/markdown_model.h"
+#include "settings/settings.h"
 
 HFONT CreateMarkdownFont(HDC dc, const std::wstring& fontName, int pointSize, bool bold, bool italic) {
   return CreateFontW(-MulDiv(pointSize, GetDeviceCaps(dc, LOGPIXELSY), 72), 0, 0, 0, bold ? 700 : 400, italic ? 1 : 0,
@@ -40,4 +42,10 @@ bool BuildMarkdownLines(HDC dc, const std::wstring& text, int maxWidth, std::vec
   if (original) SelectObject(dc, original);
   if (current) DeleteObject(current);
   return any;
+}
+
+// The editor's live font decides the prose font; kept here, beside the
+// settings, so that the Markdown model itself needs no window.
+void ResolveProseFont(std::wstring& fontName, int& pointSize) {
+  ProseFontFor(std::wstring(g_fontName), g_fontSize, fontName, pointSize);
 }

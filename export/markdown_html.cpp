@@ -3,9 +3,7 @@
 #include <cstdio>
 
 #include "base/text_convert.h"
-#include "document/document.h"
 #include "export/markdown_model.h"
-#include "presentation/themes.h"
 
 namespace {
 
@@ -191,39 +189,4 @@ std::string BuildMarkdownHtmlPage(std::wstring_view text, const MarkdownPageStyl
   CloseLists(out, ulOpen, olOpen);
   out += "</div>\n</body>\n</html>\n";
   return out;
-}
-
-MarkdownPageStyle CurrentMarkdownPageStyle() {
-  MarkdownPageStyle style;
-  const ThemeColors& row = CurrentTheme();
-  style.background = row.editorBackground;
-  style.text = row.editorText;
-  style.heading = row.dialogText;
-  style.secondary = row.mutedText;
-  style.rule = row.separator;
-  style.codeBackground = row.listBackground;
-  ResolveProseFont(style.fontFamily, style.fontSize);
-  std::wstring name = L"Untitled";
-  if (!g_filePath.empty()) {
-    size_t slash = g_filePath.find_last_of(L"\\/");
-    name = slash == std::wstring::npos ? g_filePath : g_filePath.substr(slash + 1);
-  }
-  style.title = WideToUtf8(name);
-  return style;
-}
-
-bool WriteMarkdownHtmlWithStyle(const std::wstring& outputPath, std::wstring_view text,
-                                const MarkdownPageStyle& style) {
-  if (text.empty()) return false;
-  std::string page = BuildMarkdownHtmlPage(text, style);
-  FILE* file = _wfopen(outputPath.c_str(), L"wb");
-  if (!file) return false;
-  std::fwrite(page.data(), 1, page.size(), file);
-  bool bad = std::ferror(file) != 0;
-  std::fclose(file);  // a failed close alone doesn't count
-  return !bad;
-}
-
-bool WriteMarkdownHtml(const std::wstring& outputPath, const std::wstring& text) {
-  return WriteMarkdownHtmlWithStyle(outputPath, text, CurrentMarkdownPageStyle());
 }

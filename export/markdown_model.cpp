@@ -2,8 +2,6 @@
 
 #include <cwctype>
 
-#include "settings/settings.h"
-
 namespace {
 
 // Typefaces that mark an editor set up for code; Markdown prose is not set in them.
@@ -39,10 +37,6 @@ void ProseFontFor(const std::wstring& editorFont, int editorSize, std::wstring& 
   }
   fontName = editorFont;
   pointSize = editorSize < 1 ? 10 : editorSize;
-}
-
-void ResolveProseFont(std::wstring& fontName, int& pointSize) {
-  ProseFontFor(std::wstring(g_fontName), g_fontSize, fontName, pointSize);
 }
 
 std::vector<std::wstring_view> SplitMarkdownLines(std::wstring_view text) {

@@ -46,20 +46,12 @@ SettingsLoadResult ReadSettingsFile(const std::wstring& path, AppSettings& recor
   HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                             FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return SettingsLoadResult::kFileNotFound;
-
-  SettingsLoadResult result = SettingsLoadResult::kLoaded;
-  SettingsFileHeader header = {};
+  // Header and payload; what a longer file holds after them is not read.
+  std::vector<uint8_t> bytes(kSettingsFileSize);
   DWORD got = 0;
-  if (!ReadFile(file, &header, sizeof(header), &got, nullptr) || got != sizeof(header) ||
-      memcmp(header.magic, kSettingsMagic, sizeof(header.magic)) != 0 || header.version != kSettingsVersion ||
-      header.payloadSize != kSettingsPayloadSize) {
-    result = SettingsLoadResult::kInvalidHeader;
-  } else if (!ReadFile(file, &record, kSettingsPayloadSize, &got, nullptr) || got != kSettingsPayloadSize ||
-             SettingsChecksum(&record) != header.checksum) {
-    result = SettingsLoadResult::kChecksumMismatch;
-  }
+  if (!ReadFile(file, bytes.data(), kSettingsFileSize, &got, nullptr)) got = 0;
   CloseHandle(file);
-  return result;
+  return ParseSettingsFile(bytes.data(), got, record);
 }
 
 // Waits for the settings mutex; true when this thread now owns it.
@@ -83,16 +75,6 @@ bool AcquireSettingsMutex() {
 }
 
 }  // namespace
-
-uint32_t SettingsChecksum(const void* payload) {
-  const auto* bytes = static_cast<const uint8_t*>(payload);
-  uint32_t hash = 0x811C9DC5u;
-  for (uint32_t i = 0; i < kSettingsPayloadSize; ++i) {
-    hash ^= bytes[i];
-    hash *= 16777619u;
-  }
-  return hash;
-}
 
 void SetDefaultSettings(AppSettings& record) {
   auto* bytes = reinterpret_cast<uint8_t*>(&record);

@@ -1,7 +1,5 @@
 #include "ai/client/chat_request.h"
 
-#include <windows.h>
-
 #include <cstdio>
 #include <sstream>
 

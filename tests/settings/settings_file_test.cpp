@@ -754,3 +754,30 @@ TEST(SettingsMutex, AbandonedMutexLosesOneSaveOnly) {
 }
 
 }  // namespace
+
+TEST(SettingsLoad, AFieldWithoutTerminatorIsCutAtItsLastUnit) {
+  auto record = Defaults();
+  for (wchar_t& unit : record->apiKey) unit = L'k';
+  for (wchar_t& unit : record->recentFiles[9]) unit = L'r';
+  // A well-formed field keeps what follows its terminator.
+  wcscpy(record->modelName, L"m");
+  record->modelName[127] = L'z';
+  const uint32_t checksum = SettingsChecksum(record.get());
+  const std::wstring path = TestPath(L"unterminated.cfg");
+  ASSERT_TRUE(WriteBytes(path, FileImage(*record, 21, checksum)));
+  auto loaded = NewRecord(0xEE);
+  EXPECT_EQ(LoadSettingsFile(path, *loaded), SettingsLoadResult::kLoaded);
+  EXPECT_EQ(wcsnlen(loaded->apiKey, 256), 255u);
+  EXPECT_EQ(loaded->apiKey[254], L'k');
+  EXPECT_EQ(wcsnlen(loaded->recentFiles[9], 260), 259u);
+  EXPECT_EQ(loaded->modelName[127], L'z');
+  EXPECT_EQ(loaded->themeIndex, record->themeIndex);
+}
+
+TEST(SettingsLoad, EveryStringFieldIsListedOnce) {
+  size_t units = 0;
+  for (size_t i = 0; i < kSettingsStringFieldCount; ++i) units += kSettingsStringFields[i].capacity;
+  // fontName, lastFilePath, the four histories, recent files, the five AI strings.
+  EXPECT_EQ(units, 64u + 260 + 2 * 10 * 256 + 2 * 10 * 512 + 10 * 260 + 128 + 256 + 128 + 1024 + 256);
+  EXPECT_EQ(kSettingsStringFields[0].offset, offsetof(AppSettings, fontName));
+}
