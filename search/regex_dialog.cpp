@@ -148,6 +148,9 @@ void FindAll(HWND dialog) {
   }
   const bool continuation = FieldText(dialog, IDC_REGEX_FIND_ALL, 32) == L"Find More";
   const LRESULT format = SendDlgItemMessageW(dialog, IDC_REGEX_OUTPUT_FORMAT, CB_GETCURSEL, 0, 0);
+  // A running search ends first, so that its last batch lands before the
+  // list is emptied rather than after.
+  if (g_searchRunning.load()) StopRegexSearch();
   if (!continuation) SendDlgItemMessageW(dialog, IDC_REGEX_RESULTS, LB_RESETCONTENT, 0, 0);
   StartRegexSearch(dialog, pattern, replacement, Checked(dialog, IDC_REGEX_MATCH_CASE),
                    Checked(dialog, IDC_REGEX_WHOLE_WORD), Checked(dialog, IDC_REGEX_PRESERVE_CASE), continuation,
@@ -198,6 +201,11 @@ void OnProgress(HWND dialog, LPARAM lParam) {
 }
 
 void OnDone(HWND dialog, WPARAM code, LPARAM lParam) {
+  auto* request = reinterpret_cast<RegexSearchRequest*>(lParam);
+  if (!IsCurrentRegexRequest(request)) {
+    delete request;  // of a search that a newer one replaced
+    return;
+  }
   SendDlgItemMessageW(dialog, IDC_REGEX_PROGRESS, PBM_SETPOS, 100, 0);
   for (int id : {IDC_REGEX_FIND_NEXT, IDC_REGEX_REPLACE, IDC_REGEX_REPLACE_ALL, IDC_REGEX_OPEN_RESULTS})
     EnableWindow(Item(dialog, id), TRUE);
@@ -214,7 +222,7 @@ void OnDone(HWND dialog, WPARAM code, LPARAM lParam) {
   else if (code == 1) SetStatus(dialog, L"Found " + std::to_wstring(total) + L" matches.");
   else SetStatus(dialog, L"Search complete. Found " + std::to_wstring(total) + L" matches.");
   g_searchRunning = false;
-  delete reinterpret_cast<RegexSearchRequest*>(lParam);
+  delete request;
 }
 
 void OnMatches(HWND dialog, LPARAM lParam) {
@@ -321,15 +329,7 @@ void OnThemeChanged(HWND dialog) {
 }
 
 void OnClose(HWND dialog) {
-  if (g_searchRunning.load()) {
-    g_searchCancel = true;
-    if (g_regexThread) {
-      WaitForSingleObject(g_regexThread, 2000);
-      CloseHandle(g_regexThread);
-      g_regexThread = nullptr;
-    }
-    g_searchRunning = false;
-  }
+  if (g_searchRunning.load()) StopRegexSearch();
   const std::wstring pattern = FieldText(dialog, IDC_REGEX_PATTERN);
   const std::wstring replacement = FieldText(dialog, IDC_REGEX_REPLACEMENT);
   if (!pattern.empty()) PushRegexHistory(g_settings.regexPatternHistory, pattern);

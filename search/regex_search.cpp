@@ -24,6 +24,7 @@ HANDLE g_regexThread = nullptr;
 namespace {
 
 RegexResultsOpener g_resultsOpener = nullptr;
+const RegexSearchRequest* g_currentRequest = nullptr;
 bool g_indicatorConfigured = false;
 
 // Outcomes of a run, as WM_REGEX_DONE's wParam.
@@ -82,8 +83,8 @@ void RegexSearchThread(RegexSearchRequest* request) {
       session.position = session.resumePosition;
       if (!session.resultsFile && !session.resultsPath.empty())
         session.resultsFile = _wfopen(session.resultsPath.c_str(), L"ab");
-      session.documentUtf8 = std::move(utf8);
-      session.documentWide = std::move(wide);
+      session.documentUtf8 = utf8;
+      session.documentWide = wide;
       session.positionCache.Clear();
       session.lines = LineCursor{};
     } else {
@@ -99,8 +100,8 @@ void RegexSearchThread(RegexSearchRequest* request) {
       session.outputFormat = request->outputFormat;
       session.searching = true;
       session.totalMatches = 0;
-      session.documentUtf8 = std::move(utf8);
-      session.documentWide = std::move(wide);
+      session.documentUtf8 = utf8;
+      session.documentWide = wide;
       session.position = 0;
       session.resumePosition = 0;
       session.hasMore = true;
@@ -115,7 +116,9 @@ void RegexSearchThread(RegexSearchRequest* request) {
   uint64_t total = request->continuation ? session.totalMatches : 0;
   uint64_t run = 0;
   bool exhausted = false, cancelled = false;
-  const uint64_t length = session.documentWide.size();
+  // The batches search this thread's own copy: a worker that outlives the
+  // 2 s a new search waits for it must not read a text the new one replaced.
+  const uint64_t length = wide.size();
   while (!g_searchCancel.load()) {
     const uint64_t batchSize = session.batchSize, maxMatches = session.maxMatches;
     if (maxMatches != 0 && total >= maxMatches) break;
@@ -124,9 +127,8 @@ void RegexSearchThread(RegexSearchRequest* request) {
     if (maxMatches != 0) limit = std::min(limit, maxMatches - total);
     std::vector<RegexMatch> records;
     {
-      // The document copies change only on this thread, so the batch
-      // itself runs outside the lock: a thread that runs out of stack in
-      // the engine must not leave the lock held.
+      // The batch runs outside the lock: a thread that runs out of stack in
+      // the engine is abandoned, and must not leave the lock held.
       uint64_t position;
       LineCursor lines;
       {
@@ -134,7 +136,7 @@ void RegexSearchThread(RegexSearchRequest* request) {
         position = session.position;
         lines = session.lines;
       }
-      records = SearchNextBatch(session.documentWide, built.regex, position, limit, &g_searchCancel, lines);
+      records = SearchNextBatch(wide, built.regex, position, limit, &g_searchCancel, lines);
       std::lock_guard<std::mutex> lock(g_regexSessionLock);
       session.position = position;
       session.lines = lines;
@@ -149,14 +151,16 @@ void RegexSearchThread(RegexSearchRequest* request) {
     }
     if (g_settings.regexColorResults)
       SendMessageW(dialog, WM_REGEX_MATCHES, 0, reinterpret_cast<LPARAM>(new std::vector<RegexMatch>(records)));
-    const uint64_t batch = BatchNumber(total, session.batchSize);
+    uint64_t resumeAt = 0;
     {
       std::lock_guard<std::mutex> lock(g_regexSessionLock);
+      const uint64_t batch = BatchNumber(total, session.batchSize);
+      resumeAt = session.position;
       WriteUnlocked(HitLinesText(records, session.outputFormat, batch));
       total += records.size();
       session.totalMatches = total;
     }
-    if (length > 0) PostProgress(dialog, ProgressText(total, session.position, length));
+    if (length > 0) PostProgress(dialog, ProgressText(total, resumeAt, length));
     if (g_searchCancel.load()) {
       cancelled = true;
       break;
@@ -195,24 +199,38 @@ void EndOverflowedSearch(RegexSearchRequest* request) {
 
 void SetRegexResultsOpener(RegexResultsOpener opener) { g_resultsOpener = opener; }
 
+// Waits for the worker to end, at most timeout ms. Messages the worker
+// sends (its batch) are handled meanwhile, or it couldn't end.
+void WaitForRegexThread(DWORD timeout) {
+  const ULONGLONG deadline = GetTickCount64() + timeout;
+  for (;;) {
+    const ULONGLONG now = GetTickCount64();
+    const DWORD left = now < deadline ? static_cast<DWORD>(deadline - now) : 0;
+    const DWORD woken = MsgWaitForMultipleObjects(1, &g_regexThread, FALSE, left, QS_SENDMESSAGE);
+    if (woken != WAIT_OBJECT_0 + 1) return;
+    MSG message;
+    PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+  }
+}
+
 void StopRegexSearch() {
   if (!g_searchRunning.load() && !g_regexThread) return;
   g_searchCancel = true;
   if (g_regexThread) {
-    WaitForSingleObject(g_regexThread, 2000);
+    WaitForRegexThread(2000);
     CloseHandle(g_regexThread);
     g_regexThread = nullptr;
   }
+  g_searchCancel = false;
+  g_searchRunning = false;
 }
+
+bool IsCurrentRegexRequest(const RegexSearchRequest* request) { return request == g_currentRequest; }
 
 void StartRegexSearch(HWND dialog, const std::wstring& pattern, const std::wstring& replacement, bool matchCase,
                       bool wholeWord, bool preserveCase, bool continuation, uint64_t batchSize, uint64_t maxMatches,
                       bool lineNumbers, uint32_t outputFormat) {
-  if (g_searchRunning.load()) {
-    StopRegexSearch();
-    g_searchCancel = false;
-    g_searchRunning = false;
-  }
+  if (g_searchRunning.load()) StopRegexSearch();
   HWND bar = GetDlgItem(dialog, 827);
   SendMessageW(bar, PBM_SETRANGE32, 0, 100);
   SendMessageW(bar, PBM_SETPOS, 0, 0);
@@ -234,6 +252,7 @@ void StartRegexSearch(HWND dialog, const std::wstring& pattern, const std::wstri
   request->continuation = continuation;
   g_searchCancel = false;
   g_searchRunning = true;
+  g_currentRequest = request;
   if (g_regexThread) CloseHandle(g_regexThread);
   g_regexThread = StartRegexThread([request]() { RegexSearchThread(request); },
                                    [request]() { EndOverflowedSearch(request); });
@@ -242,6 +261,7 @@ void StartRegexSearch(HWND dialog, const std::wstring& pattern, const std::wstri
     return;
   }
   delete request;
+  g_currentRequest = nullptr;
   g_searchRunning = false;
   SetDlgItemTextW(dialog, 816, L"Failed to start search thread.");
   for (int id : {810, 811, 812}) EnableWindow(GetDlgItem(dialog, id), TRUE);

@@ -76,8 +76,12 @@ void SetRegexResultsOpener(RegexResultsOpener opener);
 void StartRegexSearch(HWND dialog, const std::wstring& pattern, const std::wstring& replacement, bool matchCase,
                       bool wholeWord, bool preserveCase, bool continuation, uint64_t batchSize, uint64_t maxMatches,
                       bool lineNumbers, uint32_t outputFormat);
-// Sets the cancel flag and waits up to 2 s for a running worker.
+// Sets the cancel flag and waits up to 2 s for a running worker, handling
+// the batch it may be sending meanwhile; then clears both flags.
 void StopRegexSearch();
+// True for the request of the latest search; a worker that outlived the
+// wait for it reports a request that no longer counts.
+bool IsCurrentRegexRequest(const RegexSearchRequest* request);
 
 // Byte position in the session's documentUtf8; call under the lock.
 uint64_t SessionBytePosition(int64_t offset);

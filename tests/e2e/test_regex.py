@@ -407,7 +407,7 @@ class FindAllTests(RegexCase):
     def test_cancel_during_a_long_run_and_open_results_closing_the_file(self):
         # Each hit costs the engine many milliseconds of backtracking over
         # the x's before it, so a batch of 300 takes a good while.
-        self.open_dialog("".join("x" * 1500 + " hit\n" for _ in range(2000)))
+        self.open_dialog("a hit first\n" + "".join("x" * 1500 + " hit\n" for _ in range(2000)))
         self.fill("hit")
         self.set_number(BATCH, 1)
         self.find_all("Found 1 matches.")
@@ -437,6 +437,15 @@ class FindAllTests(RegexCase):
         self.assertTrue(self.enabled(FIND_NEXT))
         self.assertEqual(path.stat().st_size, size)
         self.assertNotIn("Total matches found", path.read_text("utf-8"))
+        # Find All is never disabled: a click during a run stops that run first.
+        before = len(self.results_files())
+        self.edit_pattern("\\w+y|hit")
+        self.click(FIND_ALL)
+        self.tavro.wait_until(lambda: len(self.results_files()) == before + 1, what="the long run's file")
+        self.edit_pattern("first")
+        self.find_all("Search complete. Found 1 matches.", timeout=120)
+        self.assertEqual(self.rows(), ["Ln 1  Col 6  first"])
+        self.assertEqual(self.caption(), "Find All")
 
     def test_open_results_starts_a_viewer_each_time(self):
         self.open_dialog("a b a")
