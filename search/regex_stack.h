@@ -1,9 +1,11 @@
 // Threads that can hold the regex engine. libstdc++'s matcher recurses once
-// per character it consumes; measured on this toolchain under Wine, ".*"
-// over one 1 MB line needs more than 256 MB of stack and fits in 1 GB. The
-// stack is reserved, not committed: it costs address space until a search
-// goes deep. A search that goes deeper still is stopped at the stack's end
-// and reported as overflowed instead of ending the process.
+// per character it consumes, at about 400 bytes a character: measured on
+// this toolchain under Wine, ".*" over one 1 MB line needs more than 256 MB
+// of stack, and 1 GB holds a 2 MB line but not a 3 MB one. The stack is
+// reserved, not committed: it costs address space until a search goes deep,
+// and the memory a deep search took goes with its thread. A search that goes
+// deeper still is stopped at the stack's end and reported as overflowed
+// instead of ending the process.
 #pragma once
 
 #include <windows.h>
