@@ -468,6 +468,30 @@ class FindAllTests(RegexCase):
         return self.tavro.text(self.tavro.child(viewer, "Scintilla")["hwnd"])
 
 
+class LongLineTests(RegexCase):
+    def test_a_line_too_long_for_the_engine_is_no_match_not_a_crash(self):
+        # ".*" over a line recurses once per character in the engine: a 1 MB
+        # line fits the search threads' stack, a 4 MB one doesn't.
+        self.open_dialog("y" * (1 << 20) + "\n" + "z" * (4 << 20))
+        self.tavro.send(self.editor, 2268, 0)  # SCI_SETWRAPMODE: none
+        self.fill("y.*")
+        self.find_all("Search complete. Found 1 matches.", timeout=120)
+        self.assertEqual(self.marks(), [(0, 1 << 20)])
+        self.fill("z.*")
+        self.find_all("Search complete. Found 0 matches.", timeout=120)
+        self.assertEqual(self.caption(), "Find All")
+        self.select(0, 0)
+        self.click(FIND_NEXT)
+        self.assertEqual(self.status(), "No match found.")
+        self.click(REPLACE_ALL)
+        self.assertEqual(self.status(), "No matches found to replace.")
+        # The program goes on as before.
+        self.fill("y{3}")
+        self.click(FIND_NEXT)
+        self.assertEqual(self.status(), 'Found: "yyy" at position 0')
+        self.assertTrue(self.tavro.alive(self.main))
+
+
 class ReplaceTests(RegexCase):
     def test_replace_with_groups_preserve_case_and_the_log(self):
         self.open_dialog("John Smith\nJANE DOE\n")
