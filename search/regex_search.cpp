@@ -9,6 +9,7 @@
 #include "base/app_state.h"
 #include "base/heap_text.h"
 #include "base/text_convert.h"
+#include "resources/resource_ids.h"
 #include "search/regex_results.h"
 #include "search/regex_stack.h"
 #include "search/search.h"
@@ -231,13 +232,13 @@ void StartRegexSearch(HWND dialog, const std::wstring& pattern, const std::wstri
                       bool wholeWord, bool preserveCase, bool continuation, uint64_t batchSize, uint64_t maxMatches,
                       bool lineNumbers, uint32_t outputFormat) {
   if (g_searchRunning.load()) StopRegexSearch();
-  HWND bar = GetDlgItem(dialog, 827);
+  HWND bar = GetDlgItem(dialog, IDC_REGEX_PROGRESS);
   SendMessageW(bar, PBM_SETRANGE32, 0, 100);
   SendMessageW(bar, PBM_SETPOS, 0, 0);
   ShowWindow(bar, SW_SHOW);
-  EnableWindow(GetDlgItem(dialog, 810), FALSE);
-  EnableWindow(GetDlgItem(dialog, 813), TRUE);
-  SetDlgItemTextW(dialog, 816, L"Searching...");
+  EnableWindow(GetDlgItem(dialog, IDC_REGEX_FIND_NEXT), FALSE);
+  EnableWindow(GetDlgItem(dialog, IDC_REGEX_CANCEL), TRUE);
+  SetDlgItemTextW(dialog, IDC_REGEX_STATUS, L"Searching...");
   auto* request = new RegexSearchRequest;
   request->dialog = dialog;
   request->pattern = pattern;
@@ -263,9 +264,9 @@ void StartRegexSearch(HWND dialog, const std::wstring& pattern, const std::wstri
   delete request;
   g_currentRequest = nullptr;
   g_searchRunning = false;
-  SetDlgItemTextW(dialog, 816, L"Failed to start search thread.");
-  for (int id : {810, 811, 812}) EnableWindow(GetDlgItem(dialog, id), TRUE);
-  EnableWindow(GetDlgItem(dialog, 813), FALSE);
+  SetDlgItemTextW(dialog, IDC_REGEX_STATUS, L"Failed to start search thread.");
+  for (int id : {IDC_REGEX_FIND_NEXT, IDC_REGEX_REPLACE, IDC_REGEX_REPLACE_ALL}) EnableWindow(GetDlgItem(dialog, id), TRUE);
+  EnableWindow(GetDlgItem(dialog, IDC_REGEX_CANCEL), FALSE);
 }
 
 uint64_t SessionBytePosition(int64_t offset) {
