@@ -8,6 +8,7 @@ HWND g_hwndStatus = nullptr;
 HWND g_hwndMargin = nullptr;
 HWND g_hwndAiPanel = nullptr;
 HWND g_hwndFind = nullptr;
+HWND g_hwndRegex = nullptr;
 bool g_viewerMode = false;
 std::wstring g_profileName;
 CreateLexerFn g_createLexer = nullptr;

@@ -24,6 +24,7 @@ extern HWND g_hwndStatus;
 extern HWND g_hwndMargin;
 extern HWND g_hwndAiPanel;
 extern HWND g_hwndFind;  // the Find and Replace dialog while it is open
+extern HWND g_hwndRegex;  // the Regex Search dialog while it is open
 extern bool g_viewerMode;
 extern std::wstring g_profileName;  // empty or "default": the default profile
 

@@ -110,6 +110,7 @@ void ApplyTheme(unsigned index, bool chosen) {
   if (g_hwndMargin && IsWindowVisible(g_hwndMargin)) InvalidateRect(g_hwndMargin, nullptr, TRUE);
   SaveSettings(g_settings);
   if (g_hwndFind) PostMessageW(g_hwndFind, WM_THEME_CHANGED, index, 0);
+  if (g_hwndRegex) PostMessageW(g_hwndRegex, WM_THEME_CHANGED, index, 0);
 }
 
 void SyncSystemTheme(HWND window) {

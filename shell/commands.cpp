@@ -13,6 +13,8 @@
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
 #include "search/find_dialog.h"
+#include "search/regex_dialog.h"
+#include "search/regex_search.h"
 #include "search/search.h"
 #include "settings/settings.h"
 #include "shell/mode_switch.h"
@@ -152,7 +154,10 @@ bool HandleCommand(HWND window, int id) {
     case kCmdPrintPreview: ShowPrintPreview(window); return true;
     case kCmdPrint: PrintDocument(window); return true;
     case kCmdPageSetup: ShowPageSetup(window); return true;
-    case kCmdRegexSearch: ShowRegexDialog(window); return true;
+    case kCmdRegexSearch:
+      SetRegexResultsOpener(OpenFileInViewer);  // results files go to a Viewer of this program
+      ShowRegexDialog(window);
+      return true;
     case kCmdNew: NewDocument(window); return true;
     case kCmdOpen: OpenDocument(window); return true;
     case kCmdSave: FileSave(window); return true;

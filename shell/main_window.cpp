@@ -352,6 +352,7 @@ void OnDestroy(HWND window) {
   CloseViewerJob();  // every Viewer handed a text ends with this window
   if (!g_viewerMode) CollectSettings();
   if (g_hwndFind) DestroyWindow(g_hwndFind);
+  if (g_hwndRegex) DestroyWindow(g_hwndRegex);
   SetDocumentListeners(DocumentListeners());
   PostQuitMessage(0);
 }

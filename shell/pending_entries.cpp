@@ -9,7 +9,6 @@ void NotBuiltYet(const wchar_t* line) { OutputDebugStringW(line); }
 }  // namespace
 
 void ShowFontDialog(HWND) { NotBuiltYet(L"[ShowFontDialog] not built yet\n"); }
-void ShowRegexDialog(HWND) { NotBuiltYet(L"[ShowRegexDialog] not built yet\n"); }
 void ShowPrintPreview(HWND) { NotBuiltYet(L"[ShowPrintPreview] not built yet\n"); }
 void PrintDocument(HWND) { NotBuiltYet(L"[PrintDocument] not built yet\n"); }
 void ShowPageSetup(HWND) { NotBuiltYet(L"[ShowPageSetup] not built yet\n"); }

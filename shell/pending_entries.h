@@ -8,7 +8,6 @@
 #include <string>
 
 void ShowFontDialog(HWND owner);
-void ShowRegexDialog(HWND owner);
 void ShowPrintPreview(HWND owner);
 void PrintDocument(HWND owner);
 void ShowPageSetup(HWND owner);

@@ -11,7 +11,6 @@ PENDING_COMMANDS = [
     (601, "[ShowPrintPreview] not built yet\n"),
     (602, "[PrintDocument] not built yet\n"),
     (603, "[ShowPageSetup] not built yet\n"),
-    (817, "[ShowRegexDialog] not built yet\n"),
     (3333, "[ShowExportDialog] not built yet\n"),
     (6667, "[ShowExportDialog] not built yet\n"),
     (4001, "[ShowHelpWindow] not built yet\n"),
