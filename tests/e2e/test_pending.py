@@ -12,8 +12,6 @@ PENDING_COMMANDS = [
     (602, "[PrintDocument] not built yet\n"),
     (603, "[ShowPageSetup] not built yet\n"),
     (817, "[ShowRegexDialog] not built yet\n"),
-    (3333, "[ShowExportDialog] not built yet\n"),
-    (6667, "[ShowExportDialog] not built yet\n"),
     (4001, "[ShowHelpWindow] not built yet\n"),
     (6001, "[ShowSettingsDialog] not built yet\n"),
     (7000, "[OpenRecentFile] not built yet\n"),
