@@ -118,7 +118,7 @@ class ExportTest(TavroTestCase):
     def test_dialog_lists_the_formats_and_exports_the_choice(self):
         main = self.open_document("notes.txt", TEXT)
         dialog, combo, description = self.open_export_dialog(main)
-        self.assertEqual(self.tavro.list_items(combo), [0] + LABELS)
+        self.assertEqual(self.tavro.list_items(combo), (0, LABELS))
         self.assertEqual(self.tavro.text(description), DESCRIPTIONS[0])
         for row in (2, 1, 3):
             self.choose(dialog, combo, row)
