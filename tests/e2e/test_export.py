@@ -6,6 +6,7 @@ import subprocess
 
 import harness
 from harness import TavroTestCase, windows_path
+import test_markdown  # the Markdown page the unit tests expect of SMALL_DOC
 
 WM_COMMAND = 0x0111
 CB_SETCURSEL = 0x014E
@@ -174,6 +175,28 @@ class ExportTest(TavroTestCase):
         self.assertTrue(self.tavro.wait_log("[ExportPdf] not built yet\n"))
         self.tavro.settle(main)
         self.assertEqual([r for r in self.tavro.windows("#32770") if r["text"] == SAVE_TITLE], [])
+
+    def test_html_of_a_markdown_file_is_the_markdown_page(self):
+        main = self.open_document("notes.md", test_markdown.SMALL_DOC)
+        self.tavro.command(main, EXPORT_HTML)
+        page = self.tavro.work / "notes-page.html"
+        self.save_through_dialog(page, "notes.html")
+        box = self.tavro.find_dialog("Tavro - HTML Export")
+        self.tavro.press(box, "No")
+        self.tavro.wait_gone(box)
+        self.assertEqual(page.read_bytes(), test_markdown.SMALL_PAGE)
+
+    def test_a_markdown_file_of_another_extension_gets_the_code_page(self):
+        main = self.open_document("notes.markdown", "# Title\r\n")
+        self.tavro.command(main, EXPORT_HTML)
+        page = self.tavro.work / "code-page.html"
+        self.save_through_dialog(page, "notes.html")
+        box = self.tavro.find_dialog("Tavro - HTML Export")
+        self.tavro.press(box, "No")
+        self.tavro.wait_gone(box)
+        text = page.read_bytes()
+        self.assertIn(b"<title>notes.markdown - Tavro Export</title>", text)
+        self.assertIn(b"        <div class=\"line-number\">2</div>\n", text)
 
     def test_rtf_in_a_light_theme_keeps_its_colours(self):
         main = self.open_document("notes.txt", TEXT, THEME_LIGHT)
