@@ -126,6 +126,16 @@ class ExportTest(TavroTestCase):
             self.assertEqual(self.tavro.text(description), DESCRIPTIONS[row])
         self.tavro.settle(dialog)
         self.tavro.screenshot("export-dialog-dark")
+        # Under the mouse, Cancel takes the hover colours; Export stays as it was.
+        cancel = next(row for row in self.tavro.children(dialog) if row["text"] == "Cancel")
+        export = next(row for row in self.tavro.children(dialog) if row["text"] == "Export")
+        centre = ((cancel["left"] + cancel["right"]) // 2, (cancel["top"] + cancel["bottom"]) // 2)
+        self.tavro.x_input(dialog, ("mousemove", *centre))
+        hovered = self.tavro.screenshot_until(
+            "export-dialog-hover", lambda png: self.tavro.pixel(png, centre[0], cancel["top"] + 3) == (0x3A, 0x3A, 0x3E),
+            what="the hovered Cancel in controlHover")
+        self.assertEqual(self.tavro.pixel(hovered, (export["left"] + export["right"]) // 2, export["top"] + 3),
+                         (0x28, 0x28, 0x2A))
         # Cancel ends it, and no save dialog follows.
         self.tavro.press(dialog, "Cancel")
         self.tavro.wait_gone(dialog)
