@@ -43,12 +43,12 @@ bool WriteDirect(HWND owner, const std::string& rtf, const std::wstring& path) {
   return true;
 }
 
-bool WriteThroughWorker(HWND owner, std::string rtf, const std::wstring& path) {
+bool WriteThroughWorker(HWND owner, std::string rtf, size_t textLength, const std::wstring& path) {
   RtfWriteJob job;
   job.progress.owner = owner;
   job.progress.outputPath = path;
   job.rtf = std::move(rtf);
-  job.progress.lineCount = static_cast<int32_t>(job.rtf.size());
+  job.progress.lineCount = static_cast<int32_t>(textLength);  // the text's length, as this job keeps it
   job.progress.cancelEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   job.progress.readyEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   if (!job.progress.cancelEvent || !job.progress.readyEvent) {
@@ -150,5 +150,5 @@ bool ExportRtf(HWND owner, const std::string& text, const std::wstring& path) {
     for (uint32_t& fore : document.looks.fore) fore = DarkenForPaper(fore);
   std::string rtf = BuildRtf(document);
   if (rtf.size() < kRtfWorkerThreshold) return WriteDirect(owner, rtf, path);
-  return WriteThroughWorker(owner, std::move(rtf), path);
+  return WriteThroughWorker(owner, std::move(rtf), text.size(), path);
 }
