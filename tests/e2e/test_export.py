@@ -248,6 +248,17 @@ class ExportTest(TavroTestCase):
         self.tavro.find_window("TavroMainWindow", "Tavro Viewer - temp_txt", prefix=True)
         self.assertFalse(target.exists())
 
+    def test_html_of_more_than_a_million_bytes_asks_first(self):
+        text = ("z" * 98 + "\r\n") * 10000 + "!"  # 1,000,001 bytes in 10,001 lines
+        main = self.open_document("wide.txt", text)
+        self.tavro.command(main, EXPORT_HTML)
+        target = self.tavro.work / "wide.html"
+        self.save_through_dialog(target, "wide.html")
+        self.answer(BOX_TITLE, "This file has ~10001 lines. Export may take a while.\n\nContinue?", "No")
+        self.tavro.settle(main)
+        self.assertFalse(target.exists())
+        self.assertEqual([r for r in self.tavro.windows("") if r["text"] == "Exporting PDF"], [])
+
     def test_pdf_beyond_10000_lines_asks_before_any_file_is_named(self):
         main = self.open_document("code.cpp", "int x;\r\n" * 10000 + "}")
         self.tavro.command(main, EXPORT_PDF)
