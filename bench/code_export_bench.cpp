@@ -64,7 +64,7 @@ Figures Measure(const char* what, int lines, const Build& build) {
   const std::wstring out = std::wstring(folder) + L"code_export_bench.out";
   std::vector<double> exported, baseline;
   size_t bytes = 0;
-  for (int round = 0; round < 5; ++round) {
+  for (int round = 0; round < 9; ++round) {
     const double start = bench::NowMs();
     const std::string result = build(text, styles);
     bytes = result.size();

@@ -4,6 +4,16 @@
 
 namespace {
 
+void AppendDecimal(std::string& out, int value) {
+  char digits[12];
+  int count = 0;
+  do {
+    digits[count++] = static_cast<char>('0' + value % 10);
+    value /= 10;
+  } while (value > 0);
+  while (count > 0) out += digits[--count];
+}
+
 void AppendFontRule(std::string& out, const std::string& font) {
   out += "font-family: '";
   out += font;
@@ -60,13 +70,13 @@ void AppendSpans(std::string& out, const StyledHtmlPage& page, int32_t start, in
     const int style = styleAt(at);
     int32_t runEnd = at + 1;
     while (runEnd < end && styleAt(runEnd) == style) ++runEnd;
-    std::string escaped;
-    AppendEscapedHtml(escaped, text + at, static_cast<size_t>(runEnd - at));
-    if (!escaped.empty()) {
-      out += "<span class=\"s" + std::to_string(style) + "\">";
-      out += escaped;
-      out += "</span>";
-    }
+    // A run has at least one byte, and every byte escapes to at least one,
+    // so no span comes out empty.
+    out += "<span class=\"s";
+    AppendDecimal(out, style);
+    out += "\">";
+    AppendEscapedHtml(out, text + at, static_cast<size_t>(runEnd - at));
+    out += "</span>";
     at = runEnd;
   }
 }
