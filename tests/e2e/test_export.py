@@ -216,6 +216,23 @@ class ExportTest(TavroTestCase):
         self.answer(BOX_TITLE, "RTF exported successfully.\n\n" + windows_path(rtf), "OK")
         self.assert_rtf(rtf.read_bytes(), b"\\red0\\green0\\blue0;")
 
+    def test_an_untitled_empty_document(self):
+        self.tavro.start()
+        main = self.tavro.main_window()
+        self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - Untitled")
+        # No path: no proposed name. RTF has nothing to write.
+        self.tavro.command(main, EXPORT_RTF)
+        rtf = self.tavro.work / "empty.rtf"
+        self.save_through_dialog(rtf, "")
+        self.answer(BOX_TITLE, "Nothing to export.", "OK")
+        self.assertFalse(rtf.exists())
+        # Plain text writes the empty file and says so.
+        self.tavro.command(main, EXPORT_TXT)
+        txt = self.tavro.work / "empty.txt"
+        self.save_through_dialog(txt, "")
+        self.answer(BOX_TITLE, "File exported successfully as plain text.", "OK")
+        self.assertEqual(txt.read_bytes(), b"")
+
     def test_html_beyond_20000_lines_offers_the_viewer(self):
         text = "x\r\n" * 20000 + "y"
         main = self.open_document("long.txt", text)
