@@ -226,10 +226,11 @@ class ExportTest(TavroTestCase):
         self.save_through_dialog(rtf, "")
         self.answer(BOX_TITLE, "Nothing to export.", "OK")
         self.assertFalse(rtf.exists())
-        # Plain text writes the empty file and says so.
+        # Plain text writes the empty file and says so; a name typed without
+        # an extension gets the format's.
         self.tavro.command(main, EXPORT_TXT)
         txt = self.tavro.work / "empty.txt"
-        self.save_through_dialog(txt, "")
+        self.save_through_dialog(self.tavro.work / "empty", "")
         self.answer(BOX_TITLE, "File exported successfully as plain text.", "OK")
         self.assertEqual(txt.read_bytes(), b"")
 
