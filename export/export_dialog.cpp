@@ -66,6 +66,48 @@ LRESULT CALLBACK ButtonHover(HWND button, UINT message, WPARAM wParam, LPARAM lP
   return DefSubclassProc(button, message, wParam, lParam);
 }
 
+// The closed format list in the theme: the system paints it, then its frame
+// and drop button are painted over in the dialog's control colours.
+LRESULT CALLBACK ComboFrame(HWND combo, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(combo, ComboFrame, kHoverSubclass);
+  if (message != WM_PAINT) return DefSubclassProc(combo, message, wParam, lParam);
+  const LRESULT result = DefSubclassProc(combo, message, wParam, lParam);
+  const ThemeColors& row = CurrentTheme();
+  COMBOBOXINFO info = {};
+  info.cbSize = sizeof(info);
+  GetComboBoxInfo(combo, &info);
+  RECT client;
+  GetClientRect(combo, &client);
+  HDC dc = GetDC(combo);
+  HBRUSH face = CreateSolidBrush(row.controlBackground);
+  RECT button = info.rcButton;
+  button.right = client.right - 1;
+  button.top = client.top + 1;
+  button.bottom = client.bottom - 1;
+  FillRect(dc, &button, face);
+  DeleteObject(face);
+  // A small chevron in the middle of the button.
+  HPEN arrow = CreatePen(PS_SOLID, 1, row.controlText);
+  HGDIOBJ oldPen = SelectObject(dc, arrow);
+  const int cx = (button.left + button.right) / 2, cy = (button.top + button.bottom) / 2;
+  for (int k = 0; k < 2; ++k) {
+    MoveToEx(dc, cx - 4, cy - 2 + k, nullptr);
+    LineTo(dc, cx, cy + 2 + k);
+    LineTo(dc, cx + 5, cy - 3 + k);
+  }
+  HBRUSH border = CreateSolidBrush(row.controlBorder);
+  FrameRect(dc, &client, border);
+  RECT inner = {client.left + 1, client.top + 1, client.right - 1, client.bottom - 1};
+  HBRUSH fill = CreateSolidBrush(row.listBackground);
+  FrameRect(dc, &inner, fill);
+  DeleteObject(fill);
+  DeleteObject(border);
+  SelectObject(dc, oldPen);
+  DeleteObject(arrow);
+  ReleaseDC(combo, dc);
+  return result;
+}
+
 void DrawButton(const ExportDialogState& state, const DRAWITEMSTRUCT& item) {
   const ThemeColors& row = CurrentTheme();
   const bool pressed = (item.itemState & ODS_SELECTED) != 0;
@@ -132,6 +174,7 @@ void OnInit(HWND dialog, ExportDialogState* state) {
   for (const ExportFormat& format : kExportFormats)
     SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(format.label));
   SendMessageW(list, CB_SETCURSEL, 0, 0);
+  SetWindowSubclass(list, ComboFrame, kHoverSubclass, 0);
   ShowDescription(dialog);
   for (int id : {IDOK, IDCANCEL}) {
     HWND button = GetDlgItem(dialog, id);
