@@ -1,7 +1,6 @@
 #include "export/export_dialog.h"
 
 #include <commctrl.h>
-#include <windowsx.h>
 
 #include "base/app_state.h"
 #include "base/messages.h"
