@@ -40,10 +40,11 @@ void PlaceButton(HWND dialog, ProgressDialogState& state) {
   state.buttonRect.top = state.buttonRect.bottom - height;
 }
 
-void OnInit(HWND dialog, ExportJob* job) {
+void OnInit(HWND dialog, ExportJob* job, bool rtf) {
   auto* state = new ProgressDialogState();
   state->job = job;
-  state->status = L"Preparing...";
+  state->status = rtf ? L"Preparing RTF..." : L"Preparing...";
+  if (rtf) SetWindowTextW(dialog, L"Tavro - RTF Export");
   SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
   const ThemeColors& row = CurrentTheme();
   state->backgroundBrush = CreateSolidBrush(row.dialogBackground);
@@ -54,7 +55,11 @@ void OnInit(HWND dialog, ExportJob* job) {
   PlaceButton(dialog, *state);
   job->dialog.store(dialog);
   job->startTicks = GetTickCount64();
-  SetEvent(job->readyEvent);
+  // The RTF dialog says it is ready once its set-up has run to the end.
+  if (rtf)
+    PostMessageW(dialog, WM_RTF_READY, 0, 0);
+  else
+    SetEvent(job->readyEvent);
   if (row.isDark & 0xFF) SetDarkTitleAttribute(dialog, true);
   CentreOnOwner(dialog);
 }
@@ -145,7 +150,7 @@ void OnFinished(HWND dialog, ProgressDialogState& state, WPARAM result) {
 
 INT_PTR CALLBACK ExportProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_INITDIALOG) {
-    OnInit(dialog, reinterpret_cast<ExportJob*>(lParam));
+    OnInit(dialog, reinterpret_cast<ExportJob*>(lParam), false);
     return TRUE;
   }
   ProgressDialogState* state = StateOf(dialog);
@@ -220,6 +225,35 @@ INT_PTR CALLBACK ExportProgressDialog(HWND dialog, UINT message, WPARAM wParam, 
   return FALSE;
 }
 
+// The RTF writer's dialog: its own words and end, the rest as above.
+INT_PTR CALLBACK RtfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_INITDIALOG) {
+    OnInit(dialog, reinterpret_cast<ExportJob*>(lParam), true);
+    return TRUE;
+  }
+  ProgressDialogState* state = StateOf(dialog);
+  if (!state) return FALSE;
+  switch (message) {
+    case WM_RTF_READY:
+      SetEvent(state->job->readyEvent);
+      return TRUE;
+    case WM_RTF_PROGRESS: {
+      const auto percent = static_cast<int>(static_cast<INT_PTR>(wParam));
+      state->status = percent < 0 ? L"Finalizing RTF..." : L"Writing RTF...  " + std::to_wstring(percent) + L"%";
+      InvalidateRect(dialog, nullptr, FALSE);
+      return TRUE;
+    }
+    case WM_RTF_FINISHED:
+      state->job->succeeded = wParam ? 1 : 0;
+      EndDialog(dialog, wParam ? 1 : 2);
+      return TRUE;
+    case WM_EXPORT_LINE:
+    case WM_HTML_EXPORT_FINISHED:
+      return TRUE;
+  }
+  return ExportProgressDialog(dialog, message, wParam, lParam);
+}
+
 }  // namespace
 
 void PostToExportDialog(ExportJob& job, UINT message, WPARAM wParam) {
@@ -229,5 +263,10 @@ void PostToExportDialog(ExportJob& job, UINT message, WPARAM wParam) {
 
 INT_PTR RunExportProgressDialog(ExportJob& job) {
   return DialogBoxParamW(g_hInstance, MAKEINTRESOURCEW(IDD_EXPORT_PROGRESS), job.owner, ExportProgressDialog,
+                         reinterpret_cast<LPARAM>(&job));
+}
+
+INT_PTR RunRtfProgressDialog(ExportJob& job) {
+  return DialogBoxParamW(g_hInstance, MAKEINTRESOURCEW(IDD_EXPORT_PROGRESS), job.owner, RtfProgressDialog,
                          reinterpret_cast<LPARAM>(&job));
 }

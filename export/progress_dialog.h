@@ -46,3 +46,12 @@ void PostToExportDialog(ExportJob& job, UINT message, WPARAM wParam);
 // Runs the dialog for the job until the worker's end message: 1 when the
 // job succeeded, 2 otherwise.
 INT_PTR RunExportProgressDialog(ExportJob& job);
+
+// Between the RTF writer and its dialog.
+constexpr UINT WM_RTF_PROGRESS = WM_USER + 123;  // wParam a percentage; negative: the finishing stage
+constexpr UINT WM_RTF_FINISHED = WM_USER + 124;  // wParam non-zero: success
+constexpr UINT WM_RTF_READY = WM_USER + 125;     // the dialog to itself at the end of its set-up
+
+// The same dialog for the RTF writer: titled "Tavro - RTF Export", it shows
+// the percentage of bytes written, and its end posts nothing to the owner.
+INT_PTR RunRtfProgressDialog(ExportJob& job);

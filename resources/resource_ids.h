@@ -93,3 +93,8 @@
 
 // The progress dialog of every long export; it paints its own Cancel and hides this one.
 #define IDD_EXPORT_PROGRESS 9100
+
+// The Export dialog: the format list and its description; Export is IDOK.
+#define IDD_EXPORT 9200
+#define IDC_EXPORT_FORMAT 9201
+#define IDC_EXPORT_DESCRIPTION 9202

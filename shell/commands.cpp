@@ -7,6 +7,8 @@
 #include "Scintilla.h"
 #include "ai/panel/ai_panel.h"
 #include "document/document.h"
+#include "export/export_dialog.h"
+#include "export/export_document.h"
 #include "export/markdown_export.h"
 #include "export/viewer_handoff.h"
 #include "presentation/message_box.h"
@@ -138,7 +140,7 @@ bool HandleCommand(HWND window, int id) {
     return true;
   }
   if (id >= kCmdExportFirst && id <= kCmdExportLast) {
-    ShowExportDialog(window, id - kCmdExportFirst);
+    ExportDocument(window, id - kCmdExportFirst);
     return true;
   }
   if (id >= kCmdRecentOpenFirst && id < kCmdRecentOpenFirst + 10) {
@@ -173,7 +175,7 @@ bool HandleCommand(HWND window, int id) {
     case kCmdLineNumbers: ToggleLineNumbers(window); return true;
     case kCmdWordWrap: ToggleWordWrap(); return true;
     case kCmdMarkdownPreview: PreviewMarkdown(window); return true;
-    case kCmdExportDialog: ShowExportDialog(window, -1); return true;
+    case kCmdExportDialog: ShowExportDialog(window); return true;
     case kCmdHelp: ShowHelpWindow(window); return true;
     case kCmdProfiles: ShowProfileManager(window); return true;
     case kCmdModeSwitch: SwitchEditorMode(window); return true;

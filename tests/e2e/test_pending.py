@@ -11,8 +11,6 @@ PENDING_COMMANDS = [
     (601, "[ShowPrintPreview] not built yet\n"),
     (602, "[PrintDocument] not built yet\n"),
     (603, "[ShowPageSetup] not built yet\n"),
-    (3333, "[ShowExportDialog] not built yet\n"),
-    (6667, "[ShowExportDialog] not built yet\n"),
     (4001, "[ShowHelpWindow] not built yet\n"),
     (6001, "[ShowSettingsDialog] not built yet\n"),
     (7000, "[OpenRecentFile] not built yet\n"),

@@ -64,10 +64,10 @@ class ProgressDialog : public ::testing::Test {
   }
 
   // Runs the dialog with the worker's body; returns the dialog's result.
-  INT_PTR Run(std::function<void(HWND, ProgressDialogState&)> body) {
+  INT_PTR Run(std::function<void(HWND, ProgressDialogState&)> body, bool rtf = false) {
     Worker worker{&job_, std::move(body)};
     HANDLE thread = CreateThread(nullptr, 0, RunWorker, &worker, 0, nullptr);
-    INT_PTR result = RunExportProgressDialog(job_);
+    INT_PTR result = rtf ? RunRtfProgressDialog(job_) : RunExportProgressDialog(job_);
     WaitForSingleObject(thread, INFINITE);
     CloseHandle(thread);
     return result;
@@ -171,6 +171,42 @@ TEST_F(ProgressDialog, CancelSetsTheEventAndWaitsForTheWorkersEnd) {
   ASSERT_NE(note, nullptr);
   EXPECT_EQ(success, 0u);
   delete note;
+}
+
+TEST_F(ProgressDialog, RtfDialogShowsPercentagesAndEndsWithoutANote) {
+  std::wstring first, title, percent, finalizing, cancelling;
+  INT_PTR result = Run(
+      [&](HWND dialog, ProgressDialogState& state) {
+        first = state.status;
+        wchar_t caption[64] = {};
+        GetWindowTextW(dialog, caption, 64);
+        title = caption;
+        SendMessageW(dialog, WM_RTF_PROGRESS, 43, 0);
+        percent = state.status;
+        SendMessageW(dialog, WM_RTF_PROGRESS, static_cast<WPARAM>(-1), 0);
+        finalizing = state.status;
+        SendMessageW(dialog, WM_LBUTTONDOWN, MK_LBUTTON, At(state.buttonRect));
+        SendMessageW(dialog, WM_LBUTTONUP, 0, At(state.buttonRect));
+        cancelling = state.status;
+        PostMessageW(dialog, WM_RTF_FINISHED, 0, 0);
+      },
+      true);
+  EXPECT_EQ(first, L"Preparing RTF...");
+  EXPECT_EQ(title, L"Tavro - RTF Export");
+  EXPECT_EQ(percent, L"Writing RTF...  43%");
+  EXPECT_EQ(finalizing, L"Finalizing RTF...");
+  EXPECT_EQ(cancelling, L"Cancelling...");
+  EXPECT_EQ(WaitForSingleObject(job_.cancelEvent, 0), static_cast<DWORD>(WAIT_OBJECT_0));
+  EXPECT_EQ(result, 2);
+  EXPECT_EQ(job_.succeeded, 0);
+  WPARAM success = 1;
+  EXPECT_EQ(TakeNote(&success), nullptr);  // the RTF export reports itself
+}
+
+TEST_F(ProgressDialog, RtfDialogEndsWithOneOnSuccess) {
+  INT_PTR result = Run([&](HWND dialog, ProgressDialogState&) { PostMessageW(dialog, WM_RTF_FINISHED, 1, 0); }, true);
+  EXPECT_EQ(result, 1);
+  EXPECT_EQ(job_.succeeded, 1);
 }
 
 }  // namespace

@@ -545,19 +545,23 @@ void Handle(const std::vector<std::string>& f) {
   } else if (verb == "list-items") {
     // list-items HWND: the selected row of a list box, then its rows, one a
     // line. The system carries a list box's text across processes.
+    // A combo box answers the same questions under its own message numbers.
     HWND list = ToWindow(arg(1));
+    wchar_t listClass[16] = {};
+    GetClassNameW(list, listClass, 16);
+    const bool combo = lstrcmpiW(listClass, L"ComboBox") == 0;
     DWORD_PTR count = 0, selected = 0;
-    if (!SendMessageTimeoutW(list, LB_GETCOUNT, 0, 0, SMTO_NORMAL, kSendTimeoutMs, &count) ||
-        !SendMessageTimeoutW(list, LB_GETCURSEL, 0, 0, SMTO_NORMAL, kSendTimeoutMs, &selected))
+    if (!SendMessageTimeoutW(list, combo ? CB_GETCOUNT : LB_GETCOUNT, 0, 0, SMTO_NORMAL, kSendTimeoutMs, &count) ||
+        !SendMessageTimeoutW(list, combo ? CB_GETCURSEL : LB_GETCURSEL, 0, 0, SMTO_NORMAL, kSendTimeoutMs, &selected))
       return Reply("err", std::to_string(GetLastError()));
     std::vector<std::string> rows;
     for (DWORD_PTR i = 0; i < count && static_cast<LONG_PTR>(count) > 0; ++i) {
       DWORD_PTR length = 0;
-      if (!SendMessageTimeoutW(list, LB_GETTEXTLEN, i, 0, SMTO_NORMAL, kSendTimeoutMs, &length))
+      if (!SendMessageTimeoutW(list, combo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, i, 0, SMTO_NORMAL, kSendTimeoutMs, &length))
         return Reply("err", std::to_string(GetLastError()));
       std::wstring row(length + 1, L'\0');
       DWORD_PTR copied = 0;
-      if (!SendMessageTimeoutW(list, LB_GETTEXT, i, reinterpret_cast<LPARAM>(row.data()), SMTO_NORMAL,
+      if (!SendMessageTimeoutW(list, combo ? CB_GETLBTEXT : LB_GETTEXT, i, reinterpret_cast<LPARAM>(row.data()), SMTO_NORMAL,
                                kSendTimeoutMs, &copied))
         return Reply("err", std::to_string(GetLastError()));
       row.resize(wcsnlen(row.c_str(), length));
