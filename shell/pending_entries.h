@@ -13,7 +13,6 @@ void ShowPrintPreview(HWND owner);
 void PrintDocument(HWND owner);
 void ShowPageSetup(HWND owner);
 void ShowExportDialog(HWND owner, int format);  // -1: the format choice; 0..3 PDF, HTML, RTF, TXT
-void ShowHelpWindow(HWND owner);
 void ShowSettingsDialog(HWND owner);
 void OpenRecentFile(HWND owner, int slot);
 void RemoveRecentFile(int slot);
