@@ -42,6 +42,7 @@ struct HelpState {
   RECT linkRect = {};
   bool linkHovered = false;
   bool tracking = false;  // a leave notice has been asked for
+  bool placing = false;   // the opening size is being set: no minimum yet
 };
 
 HelpState* StateOf(HWND window) { return reinterpret_cast<HelpState*>(GetWindowLongPtrW(window, GWLP_USERDATA)); }
@@ -365,15 +366,18 @@ bool OnKey(HWND window, HelpState& state, WPARAM key) {
   }
 }
 
-void PlaceWindow(HWND window) {
+void PlaceWindow(HWND window, HelpState& state) {
   int screenWidth = GetSystemMetrics(SM_CXSCREEN), screenHeight = GetSystemMetrics(SM_CYSCREEN);
   int width = g_settings.helpWidth, height = g_settings.helpHeight;
   if (width < 500 || width > screenWidth || height < 380 || height > screenHeight) {
     width = std::min(screenWidth * 70 / 100, 860);
     height = std::min(screenHeight * 80 / 100, 680);
   }
+  // The drag minimum stands apart: a stored size below it is taken once.
+  state.placing = true;
   SetWindowPos(window, nullptr, (screenWidth - width) / 2, (screenHeight - height) / 2, width, height,
                SWP_NOZORDER | SWP_NOACTIVATE);
+  state.placing = false;
 }
 
 void OnInit(HWND window) {
@@ -390,7 +394,7 @@ void OnInit(HWND window) {
   HICON icon = LoadIconW(g_hInstance, MAKEINTRESOURCEW(IDI_TAVRO));
   SendMessageW(window, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
   SendMessageW(window, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
-  PlaceWindow(window);
+  PlaceWindow(window, *state);
   if (g_settings.helpTopic >= 0 && g_settings.helpTopic < kHelpTopicCount) state->topic = g_settings.helpTopic;
   UpdateScrollRange(window, *state);
 }
@@ -440,6 +444,7 @@ INT_PTR CALLBACK HelpProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
       RefreshFrame(window);
       return FALSE;
     case WM_GETMINMAXINFO: {
+      if (state->placing) return FALSE;
       auto* info = reinterpret_cast<MINMAXINFO*>(lParam);
       info->ptMinTrackSize.x = kHelpMinTrackWidth;
       info->ptMinTrackSize.y = kHelpMinTrackHeight;
