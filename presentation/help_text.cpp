@@ -24,7 +24,7 @@ const wchar_t* const kTopic0[] = {
     L"Most commands are in the editor's right-click menu and on the keyboard.",
     L"",
     L"## What can Tavro do?",
-    L"Open and save text files in UTF-8, UTF-16 and ANSI, with Windows, Unix or old Mac line endings.",
+    L"Open and save text files in UTF-8 and UTF-16, with Windows, Unix or old Mac line endings.",
     L"Colour the syntax of Python, the C family, HTML, XML, CSS, Batch files and Markdown.",
     L"Find and replace text, with whole words, wrap-around and case-preserving replacement.",
     L"Search with regular expressions in the Regex Search tool, and save the results to a file.",
