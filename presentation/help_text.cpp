@@ -218,7 +218,7 @@ const wchar_t* const kTopic4[] = {
     L"",
     L"## Page Setup",
     L"Page Setup, in the Print submenu, opens the Windows Page Setup dialog.",
-    L"Choose the paper size, the orientation and the four margins there.",
+    L"Choose the paper size and the four margins there.",
     L"Tavro keeps them for the next start, and the margins apply to Print Preview and printing.",
     L"The paper size itself comes from the printer's own settings when you print.",
     L"",
