@@ -33,5 +33,5 @@ void ApplyLanguage(const wchar_t* path);
 void RestyleCurrentLanguage();
 
 // The start screen, shown before the DLLs load; returns when it has gone.
-// Shown by the splash window once it exists; until then start-up goes on at once.
+// Never in a Viewer.
 void ShowSplash(HINSTANCE instance);

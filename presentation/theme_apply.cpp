@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Scintilla.h"
+#include "presentation/help_window.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
 #include "settings/settings.h"
@@ -111,6 +112,7 @@ void ApplyTheme(unsigned index, bool chosen) {
   SaveSettings(g_settings);
   if (g_hwndFind) PostMessageW(g_hwndFind, WM_THEME_CHANGED, index, 0);
   if (g_hwndRegex) PostMessageW(g_hwndRegex, WM_THEME_CHANGED, index, 0);
+  if (g_hwndHelp) PostMessageW(g_hwndHelp, WM_THEME_CHANGED, index, 0);
 }
 
 void SyncSystemTheme(HWND window) {

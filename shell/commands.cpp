@@ -11,6 +11,7 @@
 #include "export/export_document.h"
 #include "export/markdown_export.h"
 #include "export/viewer_handoff.h"
+#include "presentation/help_window.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
@@ -176,7 +177,7 @@ bool HandleCommand(HWND window, int id) {
     case kCmdWordWrap: ToggleWordWrap(); return true;
     case kCmdMarkdownPreview: PreviewMarkdown(window); return true;
     case kCmdExportDialog: ShowExportDialog(window); return true;
-    case kCmdHelp: ShowHelpWindow(window); return true;
+    case kCmdHelp: ShowHelp(window); return true;
     case kCmdProfiles: ShowProfileManager(window); return true;
     case kCmdModeSwitch: SwitchEditorMode(window); return true;
     case kCmdSettings: ShowSettingsDialog(window); return true;

@@ -15,6 +15,7 @@
 #include "ai/panel/connectivity.h"
 #include "ai/panel/typing_animator.h"
 #include "base/heap_text.h"
+#include "presentation/help_window.h"
 #include "presentation/message_box.h"
 #include "resources/resource_ids.h"
 #include "presentation/presentation.h"
@@ -304,6 +305,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand) {
     } else if (accelerators && !FocusIsInChat() && TranslateAcceleratorW(window, accelerators, &msg)) {
       continue;
     }
+    if (!g_viewerMode && g_hwndHelp && IsDialogMessageW(g_hwndHelp, &msg)) continue;
     TranslateMessage(&msg);
     DispatchMessageW(&msg);
   }

@@ -11,7 +11,6 @@ void ShowFontDialog(HWND owner);
 void ShowPrintPreview(HWND owner);
 void PrintDocument(HWND owner);
 void ShowPageSetup(HWND owner);
-void ShowHelpWindow(HWND owner);
 void ShowSettingsDialog(HWND owner);
 void OpenRecentFile(HWND owner, int slot);
 void RemoveRecentFile(int slot);
