@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,18 @@ inline double NowMs() {
   LARGE_INTEGER now;
   QueryPerformanceCounter(&now);
   return static_cast<double>(now.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
+}
+
+// The best of some runs in milliseconds: the least disturbed by whatever else
+// the machine does.
+inline double BestMs(int runs, const std::function<void()>& run) {
+  double best = 1e300;
+  for (int i = 0; i < runs; ++i) {
+    const double start = NowMs();
+    run();
+    best = std::min(best, NowMs() - start);
+  }
+  return best;
 }
 
 inline double Median(std::vector<double> values) {

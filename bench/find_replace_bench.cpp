@@ -8,7 +8,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <functional>
 #include <string>
@@ -16,6 +15,7 @@
 #include "Scintilla.h"
 #include "base/app_state.h"
 #include "base/text_convert.h"
+#include "bench/bench_util.h"
 #include "search/editor_replace.h"
 #include "search/find_rules.h"
 
@@ -23,21 +23,6 @@ namespace {
 
 constexpr char kLine[] = "lorem ipsum foo dol\n";  // 20 bytes, one hit
 constexpr size_t kLines = 1000000;
-
-double Milliseconds(std::chrono::steady_clock::duration d) {
-  return std::chrono::duration<double, std::milli>(d).count();
-}
-
-// The best of some runs: the least disturbed by whatever else the machine does.
-double Best(int runs, const std::function<void()>& run) {
-  double best = 1e300;
-  for (int i = 0; i < runs; ++i) {
-    const auto start = std::chrono::steady_clock::now();
-    run();
-    best = std::min(best, Milliseconds(std::chrono::steady_clock::now() - start));
-  }
-  return best;
-}
 
 std::string Document(size_t lines) {
   std::string text;
@@ -75,16 +60,16 @@ ScanFigures MeasureScan(size_t lines) {
   request.replacement = "quux";
   ScanFigures f{};
   std::wstring expected;
-  f.baseline = Best(5, [&] { expected = Baseline(wide, L"foo", L"quux"); });
+  f.baseline = bench::BestMs(5, [&] { expected = Baseline(wide, L"foo", L"quux"); });
   ReplaceAllResult result;
   request.matchCase = true;
-  f.matchCase = Best(5, [&] { result = BuildReplaceAll(request); });
+  f.matchCase = bench::BestMs(5, [&] { result = BuildReplaceAll(request); });
   f.same = result.output == WideToUtf8(expected) && result.count == static_cast<int>(lines);
   request.matchCase = false;
-  f.folded = Best(5, [&] { result = BuildReplaceAll(request); });
+  f.folded = bench::BestMs(5, [&] { result = BuildReplaceAll(request); });
   f.same = f.same && result.output == WideToUtf8(expected);
   request.wholeWord = true;
-  f.wholeWord = Best(5, [&] { result = BuildReplaceAll(request); });
+  f.wholeWord = bench::BestMs(5, [&] { result = BuildReplaceAll(request); });
   f.same = f.same && result.output == WideToUtf8(expected);
   return f;
 }
@@ -99,9 +84,9 @@ double MeasureEditor(size_t lines, bool colour) {
   for (int i = 0; i < 3; ++i) {
     SendEditor(SCI_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
     SendEditor(SCI_EMPTYUNDOBUFFER);
-    const auto start = std::chrono::steady_clock::now();
+    const double start = bench::NowMs();
     const int count = ReplaceAllInEditor(options, 0, SendEditor(SCI_GETLENGTH));
-    best = std::min(best, Milliseconds(std::chrono::steady_clock::now() - start));
+    best = std::min(best, bench::NowMs() - start);
     if (count != static_cast<int>(lines)) std::printf("  unexpected count %d\n", count);
   }
   return best;

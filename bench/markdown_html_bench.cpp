@@ -5,9 +5,10 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <string>
+
+#include "bench/bench_util.h"
 
 #include "export/markdown_html.h"
 
@@ -35,17 +36,6 @@ std::wstring Document(int lines) {
   return text;
 }
 
-template <typename Work>
-double BestMs(int rounds, const Work& work) {
-  double best = 1e30;
-  for (int i = 0; i < rounds; ++i) {
-    auto start = std::chrono::steady_clock::now();
-    work();
-    best = std::min(best, std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
-  }
-  return best;
-}
-
 struct Figures {
   double pageMs, baselineMs;
   size_t bytes;
@@ -57,9 +47,9 @@ Figures Measure(int lines) {
   style.title = "bench.md";
   style.fontFamily = L"Segoe UI";
   size_t bytes = 0;
-  double pageMs = BestMs(7, [&] { bytes = BuildMarkdownHtmlPage(text, style).size(); });
+  double pageMs = bench::BestMs(7, [&] { bytes = BuildMarkdownHtmlPage(text, style).size(); });
   size_t escaped = 0;
-  double baselineMs = BestMs(7, [&] { escaped = EscapeHtml(text).size(); });
+  double baselineMs = bench::BestMs(7, [&] { escaped = EscapeHtml(text).size(); });
   std::printf("%6d lines, %8zu characters: page %8.2f ms (%zu bytes), escaped copy %8.2f ms (%zu bytes), ratio %.2f\n",
               lines, text.size(), pageMs, bytes, baselineMs, escaped, pageMs / baselineMs);
   return {pageMs, baselineMs, bytes};

@@ -8,11 +8,11 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <functional>
 #include <string>
 
+#include "bench/bench_util.h"
 #include "search/regex_engine.h"
 #include "search/regex_results.h"
 #include "search/regex_stack.h"
@@ -22,20 +22,6 @@ namespace {
 constexpr char kLine[] = "lorem ipsum dolor sit amet, consectetur foo adipiscing elit\n";  // 60 bytes
 constexpr size_t kDocumentBytes = 50u << 20;
 constexpr uint64_t kBatch = 300;
-
-double Milliseconds(std::chrono::steady_clock::duration d) {
-  return std::chrono::duration<double, std::milli>(d).count();
-}
-
-double Best(int runs, const std::function<void()>& run) {
-  double best = 1e300;
-  for (int i = 0; i < runs; ++i) {
-    const auto start = std::chrono::steady_clock::now();
-    run();
-    best = std::min(best, Milliseconds(std::chrono::steady_clock::now() - start));
-  }
-  return best;
-}
 
 // One batch as the worker does it, from position on with the line cursor
 // and memo as the previous batch left them. Returns the records made.
@@ -65,7 +51,7 @@ int wmain() {
   double first = 0, last = 0, whole = 0, bare = 0;
   size_t wholeMatches = 0, bareMatches = 0;
   RunOnRegexStack([&]() {
-    first = Best(5, [&]() {
+    first = bench::BestMs(5, [&]() {
       uint64_t position = 0;
       LineCursor cursor;
       BytePositionMemo memo;
@@ -78,13 +64,13 @@ int wmain() {
     LineOfOffset(wide, endCursor, static_cast<int64_t>(lastStart));
     BytePositionMemo endMemo;
     BytePositionOfWide(wide, byteLength, endMemo, static_cast<int64_t>(lastStart));
-    last = Best(5, [&]() {
+    last = bench::BestMs(5, [&]() {
       uint64_t position = lastStart;
       LineCursor cursor = endCursor;
       BytePositionMemo memo = endMemo;
       OneBatch(wide, byteLength, built.regex, position, cursor, memo, lines - kBatch, sink);
     });
-    whole = Best(1, [&]() {
+    whole = bench::BestMs(1, [&]() {
       uint64_t position = 0, total = 0;
       LineCursor cursor;
       BytePositionMemo memo;
@@ -96,7 +82,7 @@ int wmain() {
       }
       wholeMatches = total;
     });
-    bare = Best(1, [&]() {
+    bare = bench::BestMs(1, [&]() {
       size_t count = 0;
       for (std::wsregex_iterator it(wide.begin(), wide.end(), built.regex), end; it != end; ++it)
         ++count;

@@ -280,18 +280,6 @@ void RedrawFrameDark(HWND dialog) {
   SetWindowPos(dialog, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_FRAMECHANGED);
 }
 
-void CentreOnParent(HWND dialog) {
-  HWND parent = GetParent(dialog);
-  if (!parent) parent = GetWindow(dialog, GW_OWNER);
-  if (!parent) return;
-  RECT outer, own;
-  GetWindowRect(parent, &outer);
-  GetWindowRect(dialog, &own);
-  const int x = outer.left + ((outer.right - outer.left) - (own.right - own.left)) / 2;
-  const int y = outer.top + ((outer.bottom - outer.top) - (own.bottom - own.top)) / 2;
-  SetWindowPos(dialog, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 void InitDialog(HWND dialog) {
   g_hwndFind = dialog;
   SetDarkTitleAttribute(dialog, true);
@@ -315,7 +303,7 @@ void InitDialog(HWND dialog) {
                {IDC_FIND_IN_SELECTION, g_settings.findInSelection}, {IDC_FIND_COLOR_RESULTS, g_settings.findColorResults}};
   for (const auto& box : boxes) CheckDlgButton(dialog, box.id, box.value ? BST_CHECKED : BST_UNCHECKED);
   SetStatus(dialog, L"", kStatusNeutral);
-  CentreOnParent(dialog);
+  CentreOnOwner(dialog);
   SendMessageW(dialog, DM_SETDEFID, IDC_FIND_NEXT, 0);
   SetFocus(Item(dialog, IDC_FIND_WHAT));
 }

@@ -270,18 +270,6 @@ void ApplyThemeNames(HWND dialog, bool withFormat) {
   if (withFormat) SetWindowTheme(Item(dialog, IDC_REGEX_OUTPUT_FORMAT), themeClass, nullptr);
 }
 
-void CentreOnParent(HWND dialog) {
-  HWND parent = GetParent(dialog);
-  if (!parent) parent = GetWindow(dialog, GW_OWNER);
-  if (!parent) return;
-  RECT outer, own;
-  GetWindowRect(parent, &outer);
-  GetWindowRect(dialog, &own);
-  const int x = outer.left + ((outer.right - outer.left) - (own.right - own.left)) / 2;
-  const int y = outer.top + ((outer.bottom - outer.top) - (own.bottom - own.top)) / 2;
-  SetWindowPos(dialog, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 void InitDialog(HWND dialog) {
   g_hwndRegex = dialog;
   SetDarkTitleAttribute(dialog, (CurrentTheme().isDark & 0xFF) != 0);
@@ -315,7 +303,7 @@ void InitDialog(HWND dialog) {
   SetStatus(dialog, L"Ready");
   EnableWindow(Item(dialog, IDC_REGEX_OPEN_RESULTS), FALSE);
   EnableWindow(Item(dialog, IDC_REGEX_CANCEL), FALSE);
-  CentreOnParent(dialog);
+  CentreOnOwner(dialog);
 }
 
 void OnThemeChanged(HWND dialog) {
