@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "base/utf16_to_utf8.h"
+
 namespace {
 
 const char kRule40[] = "========================================";
@@ -9,32 +11,7 @@ const char kRule40[] = "========================================";
 std::string Utf8(const std::wstring& text) {
   std::string out;
   out.reserve(text.size());
-  const size_t n = text.size();
-  for (size_t k = 0; k < n; ++k) {
-    uint32_t c = static_cast<uint16_t>(text[k]);
-    if (c >= 0xD800 && c < 0xDC00 && k + 1 < n && static_cast<uint16_t>(text[k + 1]) >= 0xDC00 &&
-        static_cast<uint16_t>(text[k + 1]) < 0xE000) {
-      c = 0x10000 + ((c - 0xD800) << 10) + (static_cast<uint16_t>(text[k + 1]) - 0xDC00);
-      ++k;
-    } else if (c >= 0xD800 && c < 0xE000) {
-      c = 0xFFFD;
-    }
-    if (c < 0x80) {
-      out += static_cast<char>(c);
-    } else if (c < 0x800) {
-      out += static_cast<char>(0xC0 | (c >> 6));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-      out += static_cast<char>(0xE0 | (c >> 12));
-      out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-      out += static_cast<char>(0xF0 | (c >> 18));
-      out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-      out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-  }
+  AppendUtf16AsUtf8(out, text.data(), text.size());
   return out;
 }
 

@@ -6,47 +6,13 @@
 #include <string>
 
 #include "base/text_convert.h"
+#include "base/utf16_to_utf8.h"
 
-namespace {
-
-void PutUtf8(std::string& out, char32_t c) {
-  if (c < 0x80) {
-    out += static_cast<char>(c);
-  } else if (c < 0x800) {
-    out += static_cast<char>(0xC0 | (c >> 6));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    out += static_cast<char>(0xE0 | (c >> 12));
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (c >> 18));
-    out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  }
-}
-
-template <typename Unit>
-std::string Utf16ToUtf8(const Unit* units, size_t count) {
+std::string WideToUtf8(const std::wstring& text) {
   std::string out;
-  for (size_t i = 0; i < count; ++i) {
-    char32_t c = static_cast<char16_t>(units[i]);
-    if (c >= 0xD800 && c < 0xDC00 && i + 1 < count && static_cast<char16_t>(units[i + 1]) >= 0xDC00 &&
-        static_cast<char16_t>(units[i + 1]) < 0xE000) {
-      c = 0x10000 + ((c - 0xD800) << 10) + (static_cast<char16_t>(units[i + 1]) - 0xDC00);
-      ++i;
-    } else if (c >= 0xD800 && c < 0xE000) {
-      c = 0xFFFD;
-    }
-    PutUtf8(out, c);
-  }
+  AppendUtf16AsUtf8(out, text.data(), text.size());
   return out;
 }
-
-}  // namespace
-
-std::string WideToUtf8(const std::wstring& text) { return Utf16ToUtf8(text.data(), text.size()); }
 
 std::wstring Utf8ToWide(const std::string& text) {
   std::wstring out;
@@ -78,7 +44,8 @@ std::wstring Utf8ToWide(const std::string& text) {
 }
 
 size_t Utf16ToUtf8Into(const char16_t* units, size_t count, char* out, size_t capacity) {
-  const std::string utf8 = Utf16ToUtf8(units, count);
+  std::string utf8;
+  AppendUtf16AsUtf8(utf8, units, count);
   if (capacity == 0) return utf8.size();
   const size_t written = utf8.size() < capacity ? utf8.size() : capacity;
   utf8.copy(out, written);
