@@ -12,6 +12,9 @@ constexpr UINT WM_EXPORT_PROGRESS = 1138;
 constexpr UINT WM_EXPORT_LINE = 1144;  // to an export dialog; wParam a line number, or -1 for the final stage
 constexpr UINT WM_HTML_EXPORT_FINISHED = 1145;  // wParam success, lParam ExportResultNote* the receiver frees;
                                                  // to an export dialog the same end, without lParam
+// From the pagination worker to its dialog.
+constexpr UINT WM_PAGINATION_PROGRESS = WM_USER + 130;  // wParam pages so far, lParam the line count
+constexpr UINT WM_PAGINATION_FINISHED = WM_USER + 131;  // wParam 1 success, 0 otherwise; lParam page 1's bitmap or 0
 constexpr UINT WM_PANEL_SIZE_CHANGED = 1249;
 constexpr UINT WM_AI_SEND = WM_APP + 200;             // lParam: heap wide string, the message; receiver frees
 constexpr UINT WM_AI_STOP = WM_APP + 201;

@@ -16,10 +16,6 @@ namespace {
 
 constexpr int kButtonCorner = 6;
 
-ProgressDialogState* StateOf(HWND dialog) {
-  return reinterpret_cast<ProgressDialogState*>(GetWindowLongPtrW(dialog, DWLP_USER));
-}
-
 HFONT MakeSegoeFont(HWND dialog) {
   HDC dc = GetDC(dialog);
   int height = -MulDiv(9, GetDeviceCaps(dc, LOGPIXELSY), 72);
@@ -43,16 +39,9 @@ void PlaceButton(HWND dialog, ProgressDialogState& state) {
 void OnInit(HWND dialog, ExportJob* job, bool rtf) {
   auto* state = new ProgressDialogState();
   state->job = job;
+  state->cancelEvent = job->cancelEvent;
   state->status = rtf ? L"Preparing RTF..." : L"Preparing...";
-  if (rtf) SetWindowTextW(dialog, L"Tavro - RTF Export");
-  SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
-  const ThemeColors& row = CurrentTheme();
-  state->backgroundBrush = CreateSolidBrush(row.dialogBackground);
-  state->textFont = MakeSegoeFont(dialog);
-  state->buttonFont = MakeSegoeFont(dialog);
-  // The dialog paints its own button.
-  if (HWND button = GetDlgItem(dialog, IDCANCEL)) ShowWindow(button, SW_HIDE);
-  PlaceButton(dialog, *state);
+  SetUpProgressDialog(dialog, state, rtf ? L"Tavro - RTF Export" : nullptr);
   job->dialog.store(dialog);
   job->startTicks = GetTickCount64();
   // The RTF dialog says it is ready once its set-up has run to the end.
@@ -60,8 +49,6 @@ void OnInit(HWND dialog, ExportJob* job, bool rtf) {
     PostMessageW(dialog, WM_RTF_READY, 0, 0);
   else
     SetEvent(job->readyEvent);
-  if (row.isDark & 0xFF) SetDarkTitleAttribute(dialog, true);
-  CentreOnOwner(dialog);
 }
 
 void Paint(HWND dialog, ProgressDialogState& state) {
@@ -118,7 +105,7 @@ void RepaintButton(HWND dialog, const ProgressDialogState& state) { InvalidateRe
 void StartCancel(HWND dialog, ProgressDialogState& state) {
   state.buttonEnabled = false;
   state.cancelled = true;
-  SetEvent(state.job->cancelEvent);
+  SetEvent(state.cancelEvent);
   state.status = L"Cancelling...";
   InvalidateRect(dialog, nullptr, FALSE);
   UpdateWindow(dialog);
@@ -153,76 +140,17 @@ INT_PTR CALLBACK ExportProgressDialog(HWND dialog, UINT message, WPARAM wParam, 
     OnInit(dialog, reinterpret_cast<ExportJob*>(lParam), false);
     return TRUE;
   }
-  ProgressDialogState* state = StateOf(dialog);
+  ProgressDialogState* state = ProgressStateOf(dialog);
   if (!state) return FALSE;
   switch (message) {
-    case WM_PAINT:
-      Paint(dialog, *state);
-      return TRUE;
-    case WM_ERASEBKGND:
-      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
-      return TRUE;
-    case WM_CLOSE:
-      return TRUE;  // the close box and Alt+F4 don't stop a job
-    case WM_COMMAND:
-      return TRUE;  // Esc and Enter neither: only the painted button cancels
-    case WM_LBUTTONDOWN:
-      if (state->buttonEnabled && InButton(*state, lParam)) {
-        state->buttonPressed = true;
-        SetCapture(dialog);
-        RepaintButton(dialog, *state);
-      }
-      return TRUE;
-    case WM_MOUSEMOVE: {
-      bool inside = InButton(*state, lParam);
-      if (inside != state->buttonHovered) {
-        state->buttonHovered = inside;
-        RepaintButton(dialog, *state);
-      }
-      TRACKMOUSEEVENT track = {sizeof(track), TME_LEAVE, dialog, 0};
-      TrackMouseEvent(&track);
-      return TRUE;
-    }
-    case WM_MOUSELEAVE:
-      state->buttonHovered = false;
-      state->buttonPressed = false;
-      RepaintButton(dialog, *state);
-      return TRUE;
-    case WM_LBUTTONUP: {
-      bool wasPressed = state->buttonPressed;
-      state->buttonPressed = false;
-      ReleaseCapture();
-      RepaintButton(dialog, *state);
-      if (wasPressed && InButton(*state, lParam) && state->buttonEnabled) StartCancel(dialog, *state);
-      return TRUE;
-    }
-    case WM_SETCURSOR: {
-      POINT point;
-      GetCursorPos(&point);
-      ScreenToClient(dialog, &point);
-      if (state->buttonEnabled && PtInRect(&state->buttonRect, point)) {
-        SetCursor(LoadCursorW(nullptr, IDC_HAND));
-        SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);
-        return TRUE;
-      }
-      return FALSE;
-    }
     case WM_EXPORT_LINE:
-      state->status = ExportStatusText(static_cast<int32_t>(wParam), state->job->lineCount);
-      InvalidateRect(dialog, nullptr, FALSE);
+      SetProgressStatus(dialog, *state, ExportStatusText(static_cast<int32_t>(wParam), state->job->lineCount));
       return TRUE;
     case WM_HTML_EXPORT_FINISHED:
       OnFinished(dialog, *state, wParam);
       return TRUE;
-    case WM_DESTROY:
-      DeleteObject(state->backgroundBrush);
-      DeleteObject(state->textFont);
-      DeleteObject(state->buttonFont);
-      SetWindowLongPtrW(dialog, DWLP_USER, 0);
-      delete state;
-      return TRUE;
   }
-  return FALSE;
+  return ProgressDialogMessage(dialog, message, wParam, lParam) ? TRUE : FALSE;
 }
 
 // The RTF writer's dialog: its own words and end, the rest as above.
@@ -231,7 +159,7 @@ INT_PTR CALLBACK RtfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPA
     OnInit(dialog, reinterpret_cast<ExportJob*>(lParam), true);
     return TRUE;
   }
-  ProgressDialogState* state = StateOf(dialog);
+  ProgressDialogState* state = ProgressStateOf(dialog);
   if (!state) return FALSE;
   switch (message) {
     case WM_RTF_READY:
@@ -239,8 +167,8 @@ INT_PTR CALLBACK RtfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPA
       return TRUE;
     case WM_RTF_PROGRESS: {
       const auto percent = static_cast<int>(static_cast<INT_PTR>(wParam));
-      state->status = percent < 0 ? L"Finalizing RTF..." : L"Writing RTF...  " + std::to_wstring(percent) + L"%";
-      InvalidateRect(dialog, nullptr, FALSE);
+      SetProgressStatus(dialog, *state,
+                        percent < 0 ? L"Finalizing RTF..." : L"Writing RTF...  " + std::to_wstring(percent) + L"%");
       return TRUE;
     }
     case WM_RTF_FINISHED:
@@ -255,6 +183,95 @@ INT_PTR CALLBACK RtfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPA
 }
 
 }  // namespace
+
+ProgressDialogState* ProgressStateOf(HWND dialog) {
+  return reinterpret_cast<ProgressDialogState*>(GetWindowLongPtrW(dialog, DWLP_USER));
+}
+
+void SetUpProgressDialog(HWND dialog, ProgressDialogState* state, const wchar_t* title) {
+  if (title) SetWindowTextW(dialog, title);
+  SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
+  const ThemeColors& row = CurrentTheme();
+  state->backgroundBrush = CreateSolidBrush(row.dialogBackground);
+  state->textFont = MakeSegoeFont(dialog);
+  state->buttonFont = MakeSegoeFont(dialog);
+  // The dialog paints its own button.
+  if (HWND button = GetDlgItem(dialog, IDCANCEL)) ShowWindow(button, SW_HIDE);
+  PlaceButton(dialog, *state);
+  if (row.isDark & 0xFF) SetDarkTitleAttribute(dialog, true);
+  CentreOnOwner(dialog);
+}
+
+void SetProgressStatus(HWND dialog, ProgressDialogState& state, std::wstring status) {
+  state.status = std::move(status);
+  InvalidateRect(dialog, nullptr, FALSE);
+}
+
+bool ProgressDialogMessage(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
+  ProgressDialogState* state = ProgressStateOf(dialog);
+  if (!state) return false;
+  switch (message) {
+    case WM_PAINT:
+      Paint(dialog, *state);
+      return true;
+    case WM_ERASEBKGND:
+      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
+      return true;
+    case WM_CLOSE:
+      return true;  // the close box and Alt+F4 don't stop a job
+    case WM_COMMAND:
+      return true;  // Esc and Enter neither: only the painted button cancels
+    case WM_LBUTTONDOWN:
+      if (state->buttonEnabled && InButton(*state, lParam)) {
+        state->buttonPressed = true;
+        SetCapture(dialog);
+        RepaintButton(dialog, *state);
+      }
+      return true;
+    case WM_MOUSEMOVE: {
+      bool inside = InButton(*state, lParam);
+      if (inside != state->buttonHovered) {
+        state->buttonHovered = inside;
+        RepaintButton(dialog, *state);
+      }
+      TRACKMOUSEEVENT track = {sizeof(track), TME_LEAVE, dialog, 0};
+      TrackMouseEvent(&track);
+      return true;
+    }
+    case WM_MOUSELEAVE:
+      state->buttonHovered = false;
+      state->buttonPressed = false;
+      RepaintButton(dialog, *state);
+      return true;
+    case WM_LBUTTONUP: {
+      bool wasPressed = state->buttonPressed;
+      state->buttonPressed = false;
+      ReleaseCapture();
+      RepaintButton(dialog, *state);
+      if (wasPressed && InButton(*state, lParam) && state->buttonEnabled) StartCancel(dialog, *state);
+      return true;
+    }
+    case WM_SETCURSOR: {
+      POINT point;
+      GetCursorPos(&point);
+      ScreenToClient(dialog, &point);
+      if (state->buttonEnabled && PtInRect(&state->buttonRect, point)) {
+        SetCursor(LoadCursorW(nullptr, IDC_HAND));
+        SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);
+        return true;
+      }
+      return false;
+    }
+    case WM_DESTROY:
+      DeleteObject(state->backgroundBrush);
+      DeleteObject(state->textFont);
+      DeleteObject(state->buttonFont);
+      SetWindowLongPtrW(dialog, DWLP_USER, 0);
+      delete state;
+      return true;
+  }
+  return false;
+}
 
 void PostToExportDialog(ExportJob& job, UINT message, WPARAM wParam) {
   HWND dialog = job.dialog.load();

@@ -33,12 +33,26 @@ struct ProgressDialogState {
   bool buttonPressed = false;
   bool buttonEnabled = true;
   bool finalizing = false;
+  HANDLE cancelEvent = nullptr;  // the job's, set by Cancel
   HBRUSH backgroundBrush = nullptr;
   HFONT textFont = nullptr;
   HFONT buttonFont = nullptr;
   std::wstring status;
   RECT buttonRect = {};
 };
+
+// What every progress dialog shares, for a dialog procedure of its own:
+// at WM_INITDIALOG, the state (made with new, freed at WM_DESTROY) with its
+// first status, the look, the painted button, the dark title bar and the
+// place on the owner; the title when one is given.
+void SetUpProgressDialog(HWND dialog, ProgressDialogState* state, const wchar_t* title);
+// Painting, the painted Cancel, and the close box, Esc and Enter that do
+// nothing. False for a message it leaves to the caller.
+bool ProgressDialogMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+// The state of a dialog set up as above, or null.
+ProgressDialogState* ProgressStateOf(HWND dialog);
+// A new status line, painted at once.
+void SetProgressStatus(HWND dialog, ProgressDialogState& state, std::wstring status);
 
 // Posts to the job's dialog when it exists; workers call nothing else on it.
 void PostToExportDialog(ExportJob& job, UINT message, WPARAM wParam);
