@@ -19,6 +19,8 @@ REPO = Path(__file__).resolve().parents[2]
 BUILD = Path(os.environ.get("TAVRO_BUILD_DIR", REPO / "build"))
 BIN = BUILD / "bin"
 PROBE = BUILD / "tests" / "bin" / "tavro_probe.exe"
+TEST_PRINTER = BUILD / "tests" / "bin" / "test_printer.exe"
+TEST_PRINTER_PORT = "TAVROTEST:"
 WINE_DIR = BUILD / "wine"
 TEMPLATE = WINE_DIR / "template"
 ARTIFACTS = BUILD / "e2e-artifacts"
@@ -114,6 +116,33 @@ def utf16_field(text, units):
     """A fixed string field: the text, a terminator, zeros to the end."""
     data = text.encode("utf-16-le") + b"\0\0"
     return data + b"\0" * (units * 2 - len(data))
+
+
+def printed_pdf(postscript):
+    """The PDF that ghostscript makes of what the test printer wrote."""
+    postscript = Path(postscript)
+    pdf = postscript.with_name(postscript.name + ".pdf")
+    subprocess.run(["ps2pdf", str(postscript), str(pdf)], stdin=subprocess.DEVNULL, capture_output=True,
+                   check=True, timeout=300)
+    return pdf
+
+
+def printed_pages(postscript):
+    """The text of each page of a printed file, in order, as pdftotext reads
+    it with the layout kept."""
+    text = subprocess.run(["pdftotext", "-layout", str(printed_pdf(postscript)), "-"], stdin=subprocess.DEVNULL,
+                          capture_output=True, check=True, timeout=300).stdout.decode("utf-8")
+    pages = text.split("\f")
+    return pages[:-1] if pages and pages[-1] == "" else pages
+
+
+def printed_page_png(postscript, page, destination, dpi=60):
+    """One page (counted from 1) of a printed file as a PNG at `destination`."""
+    destination = Path(destination)
+    subprocess.run(["pdftoppm", "-png", "-r", str(dpi), "-f", str(page), "-l", str(page), "-singlefile",
+                    str(printed_pdf(postscript)), str(destination.with_suffix(""))], stdin=subprocess.DEVNULL,
+                   capture_output=True, check=True, timeout=300)
+    return destination.with_suffix(".png")
 
 
 class ProbeError(RuntimeError):
@@ -573,6 +602,24 @@ class TavroSession:
         subprocess.run(self._wrap + ["wine", "reg", "delete", r"HKLM\Software\Classes\htmlfile\shell", "/f"],
                        env=self.env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                        stderr=subprocess.DEVNULL, check=True, timeout=120)
+
+    def install_test_printer(self, spool_path=None):
+        """Adds a printer named "Microsoft Print to PDF" to this prefix and
+        makes it the default: Wine's PostScript driver, 300 dpi, A4. A job
+        that names an output file (StartDocW's lpszOutput) writes PostScript
+        to that file; a job that names none (printing through the print
+        dialog) writes it to `spool_path`, by default `printed.ps` in the
+        test's work folder. Returns that path. Read the output back with
+        `printed_pages` and `printed_page_png`."""
+        spool_path = Path(spool_path or self.work / "printed.ps")
+        code, out, err = self.run_tool(TEST_PRINTER, "add", TEST_PRINTER_PORT)
+        if code != 0:
+            raise AssertionError(f"test printer not added: {out}{err}")
+        subprocess.run(self._wrap + ["wine", "reg", "add", r"HKCU\Software\Wine\Printing\Spooler", "/v",
+                                     TEST_PRINTER_PORT, "/d", str(spool_path), "/f"],
+                       env=self.env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL, check=True, timeout=120)
+        return spool_path
 
     # -- settings file -----------------------------------------------------
     def settings_path(self, profile=None):
