@@ -172,9 +172,12 @@ void RunCommand(HWND window, PreviewState& state, int command) {
     case kPreviewNext: Turn(window, state, +1); break;
     case kPreviewPrint:
       PrintDocument(state.owner);
-      // The print dialog, owned by the main window, gives it back its input
-      // when it closes; the preview is still modal over it.
+      // The print dialog, owned by the main window, gives that window back
+      // its input and activation as it closes; the preview is still modal
+      // over it, and keeps the keys.
       EnableWindow(state.owner, FALSE);
+      SetActiveWindow(window);
+      SetFocus(window);
       break;
     case kPreviewClose: Close(window); break;
     default: break;
