@@ -114,18 +114,11 @@ void DrawButton(const ExportDialogState& state, const DRAWITEMSTRUCT& item) {
   HDC dc = item.hDC;
   RECT box = item.rcItem;
   FillRect(dc, &box, state.background);
-  HBRUSH fill = CreateSolidBrush(pressed ? row.controlBorder : hovered ? row.controlHover : row.controlBackground);
-  HPEN border = CreatePen(PS_SOLID, 1, hovered ? row.buttonBorderFocused : row.controlBorder);
-  HGDIOBJ oldBrush = SelectObject(dc, fill);
-  HGDIOBJ oldPen = SelectObject(dc, border);
-  RoundRect(dc, box.left, box.top, box.right, box.bottom, kButtonCorner, kButtonCorner);
-  SelectObject(dc, oldPen);
-  SelectObject(dc, oldBrush);
-  DeleteObject(border);
-  DeleteObject(fill);
+  PaintRoundBox(dc, box, pressed ? row.controlBorder : hovered ? row.controlHover : row.controlBackground,
+                hovered ? row.buttonBorderFocused : row.controlBorder, kButtonCorner);
   if (hovered && !pressed) {
     HPEN line = CreatePen(PS_SOLID, 1, (row.isDark & 0xFF) ? kDarkHighlight : RGB(255, 255, 255));
-    oldPen = SelectObject(dc, line);
+    HGDIOBJ oldPen = SelectObject(dc, line);
     MoveToEx(dc, box.left + kHighlightInset, box.top + 1, nullptr);
     LineTo(dc, box.right - kHighlightInset, box.top + 1);
     SelectObject(dc, oldPen);

@@ -16,6 +16,7 @@
 #include "export/print_document.h"
 #include "export/viewer_handoff.h"
 #include "presentation/dialog_template.h"
+#include "presentation/dialog_theme.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
@@ -64,15 +65,8 @@ void PaintButton(HDC dc, const PreviewState& state, int button, int width, const
   const bool enabled = PreviewButtonEnabled(button, state.currentPage, state.pageCount);
   const bool hovered = enabled && state.hoveredButton == button;
   const RECT box = ToRect(PreviewButtonRect(button, width));
-  HBRUSH fill = CreateSolidBrush(hovered ? row.controlHover : row.controlBackground);
-  HPEN border = CreatePen(PS_SOLID, 1, hovered ? row.buttonBorderFocused : row.controlBorder);
-  HGDIOBJ oldBrush = SelectObject(dc, fill);
-  HGDIOBJ oldPen = SelectObject(dc, border);
-  RoundRect(dc, box.left, box.top, box.right, box.bottom, kButtonCorner, kButtonCorner);
-  SelectObject(dc, oldPen);
-  SelectObject(dc, oldBrush);
-  DeleteObject(border);
-  DeleteObject(fill);
+  PaintRoundBox(dc, box, hovered ? row.controlHover : row.controlBackground,
+                hovered ? row.buttonBorderFocused : row.controlBorder, kButtonCorner);
   SetTextColor(dc, hovered ? row.controlTextActive : enabled ? row.controlText : row.controlTextDisabled);
   RECT label = box;
   DrawTextW(dc, PreviewButtonText(button), -1, &label, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);

@@ -76,16 +76,8 @@ void Paint(HWND dialog, ProgressDialogState& state) {
   DrawTextW(dc, state.status.c_str(), -1, &target, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
 
   const bool pressed = state.buttonPressed && state.buttonEnabled;
-  HBRUSH face = CreateSolidBrush(pressed ? row.controlHover : row.controlBackground);
-  HPEN border = CreatePen(PS_SOLID, 1, row.controlBorder);
-  HGDIOBJ oldBrush = SelectObject(dc, face);
-  HGDIOBJ oldPen = SelectObject(dc, border);
   const RECT& b = state.buttonRect;
-  RoundRect(dc, b.left, b.top, b.right, b.bottom, kButtonCorner, kButtonCorner);
-  SelectObject(dc, oldPen);
-  SelectObject(dc, oldBrush);
-  DeleteObject(border);
-  DeleteObject(face);
+  PaintRoundBox(dc, b, pressed ? row.controlHover : row.controlBackground, row.controlBorder, kButtonCorner);
   SelectObject(dc, state.buttonFont);
   SetTextColor(dc, !state.buttonEnabled ? row.mutedText : pressed ? row.controlTextActive : row.controlText);
   RECT label = b;

@@ -166,3 +166,15 @@ void CentreOnOwner(HWND dialog) {
   if (y < monitor.rcWork.top) y = monitor.rcWork.top;
   SetWindowPos(dialog, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
+
+void PaintRoundBox(HDC dc, const RECT& box, COLORREF fill, COLORREF border, int corner) {
+  HBRUSH brush = CreateSolidBrush(fill);
+  HPEN pen = CreatePen(PS_SOLID, 1, border);
+  HGDIOBJ oldBrush = SelectObject(dc, brush);
+  HGDIOBJ oldPen = SelectObject(dc, pen);
+  RoundRect(dc, box.left, box.top, box.right, box.bottom, corner, corner);
+  SelectObject(dc, oldPen);
+  SelectObject(dc, oldBrush);
+  DeleteObject(pen);
+  DeleteObject(brush);
+}

@@ -25,6 +25,17 @@ FakeMeasure Lines(size_t count, int32_t height = 17) {
   return fake;
 }
 
+// A 600-dpi printer on A4 whose printable area stands in by 100 and 120 dots.
+PrinterCaps Printer600() {
+  PrinterCaps caps;
+  caps.dpiX = caps.dpiY = 600;
+  caps.physicalWidth = 4961;
+  caps.physicalHeight = 7016;
+  caps.offsetX = 100;
+  caps.offsetY = 120;
+  return caps;
+}
+
 PageStarts Paginate(const FakeMeasure& fake, int32_t frameHeight) {
   PageStarts starts;
   EXPECT_TRUE(PaginateLines(fake.measured.size(), frameHeight, fake, starts));
@@ -94,13 +105,7 @@ TEST(PageGeometry, PreviewAxesUseTheirOwnResolution) {
 }
 
 TEST(PageGeometry, PrinterFrameAddsTheOffsetsToTheMargins) {
-  PrinterCaps caps;
-  caps.dpiX = caps.dpiY = 600;
-  caps.physicalWidth = 4961;
-  caps.physicalHeight = 7016;
-  caps.offsetX = 100;
-  caps.offsetY = 120;
-  const PageGeometry g = PrinterGeometry(caps, kFifteenMm, 11);
+  const PageGeometry g = PrinterGeometry(Printer600(), kFifteenMm, 11);
   EXPECT_EQ(g.paperWidth, 4961);
   EXPECT_EQ(g.paperHeight, 7016);
   EXPECT_EQ(g.left, 100 + 354);
@@ -300,14 +305,8 @@ TEST(PageFooter, TextAndPlace) {
   const PageGeometry g = PreviewGeometry(96, 96, kFifteenMm, 11);
   EXPECT_EQ(FooterX(g, 30), 57 + (679 - 30) / 2);
   EXPECT_EQ(PreviewFooterY(g, 15), 1036 + (1122 - 1036 - 15) / 2);
-  PrinterCaps caps;
-  caps.dpiX = caps.dpiY = 600;
-  caps.physicalWidth = 4961;
-  caps.physicalHeight = 7016;
-  caps.offsetX = 100;
-  caps.offsetY = 120;
-  const PageGeometry p = PrinterGeometry(caps, kFifteenMm, 11);
-  EXPECT_EQ(PrinterFooterY(p, caps, 100), p.bottom + (7016 - 100 - p.bottom - 120) / 2);
+  const PageGeometry p = PrinterGeometry(Printer600(), kFifteenMm, 11);
+  EXPECT_EQ(PrinterFooterY(p, Printer600(), 100), p.bottom + (7016 - 100 - p.bottom - 120) / 2);
 }
 
 TEST(PaginationStatus, PagesAndLines) {

@@ -21,21 +21,12 @@
 #include "export/progress_dialog.h"
 #include "settings/settings.h"
 #include "tests/common/scintilla_dll.h"
+#include "tests/common/owner_window.h"
 
 namespace {
 
 constexpr wchar_t kFont[] = L"Courier New";
 constexpr int kFontSize = 11;
-
-HWND MakeOwner() {
-  WNDCLASSW wc = {};
-  wc.lpfnWndProc = DefWindowProcW;
-  wc.hInstance = GetModuleHandleW(nullptr);
-  wc.lpszClassName = L"PaginationTestOwner";
-  RegisterClassW(&wc);  // fails harmlessly once registered
-  return CreateWindowExW(0, wc.lpszClassName, L"owner", WS_OVERLAPPEDWINDOW, 100, 100, 800, 600, nullptr, nullptr,
-                         wc.hInstance, nullptr);
-}
 
 struct StandIn {
   PaginationJob* job = nullptr;
@@ -108,7 +99,7 @@ class Pagination : public ::testing::Test {
     g_hInstance = GetModuleHandleW(nullptr);
     SetDefaultSettings(g_settings);
     g_fontSize = kFontSize;
-    owner_ = MakeOwner();
+    owner_ = MakeTestOwner();
     ASSERT_NE(owner_, nullptr);
     job_.readyEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     job_.cancelEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);

@@ -30,28 +30,27 @@ TEST(PreviewSize, OutsideTheLimitsTheScreenDecides) {
 }
 
 TEST(PreviewSize, ADragBelowTheMinimumKeepsTheDraggedEdgeAtTheMinimum) {
-  PreviewRect box = {100, 50, 600, 700};
-  KeepPreviewMinimum(box, true, false);  // the left edge dragged right
-  EXPECT_EQ(box.left, 600 - 640);
-  EXPECT_EQ(box.right, 600);
-  box = {100, 50, 600, 700};
-  KeepPreviewMinimum(box, false, false);  // the right edge dragged left
-  EXPECT_EQ(box.left, 100);
-  EXPECT_EQ(box.right, 740);
-  box = {100, 100, 900, 400};
-  KeepPreviewMinimum(box, false, true);  // the top edge dragged down
-  EXPECT_EQ(box.top, 400 - 480);
-  EXPECT_EQ(box.bottom, 400);
-  box = {100, 100, 900, 400};
-  KeepPreviewMinimum(box, false, false);  // the bottom edge dragged up
-  EXPECT_EQ(box.top, 100);
-  EXPECT_EQ(box.bottom, 580);
-  box = {10, 20, 800, 600};  // large enough: untouched
-  KeepPreviewMinimum(box, true, true);
-  EXPECT_EQ(box.left, 10);
-  EXPECT_EQ(box.top, 20);
-  EXPECT_EQ(box.right, 800);
-  EXPECT_EQ(box.bottom, 600);
+  struct Case {
+    PreviewRect box;
+    bool leftEdge, topEdge;
+    PreviewRect kept;
+  };
+  const Case cases[] = {
+      {{100, 50, 600, 700}, true, false, {600 - 640, 50, 600, 700}},   // the left edge dragged right
+      {{100, 50, 600, 700}, false, false, {100, 50, 740, 700}},        // the right edge dragged left
+      {{100, 100, 900, 400}, false, true, {100, 400 - 480, 900, 400}},  // the top edge dragged down
+      {{100, 100, 900, 400}, false, false, {100, 100, 900, 580}},      // the bottom edge dragged up
+      {{100, 100, 500, 400}, true, true, {500 - 640, 400 - 480, 500, 400}},  // the top left corner
+      {{10, 20, 800, 600}, true, true, {10, 20, 800, 600}},            // large enough: untouched
+  };
+  for (const Case& c : cases) {
+    PreviewRect box = c.box;
+    KeepPreviewMinimum(box, c.leftEdge, c.topEdge);
+    EXPECT_EQ(box.left, c.kept.left) << c.box.left << "," << c.box.top;
+    EXPECT_EQ(box.top, c.kept.top) << c.box.left << "," << c.box.top;
+    EXPECT_EQ(box.right, c.kept.right) << c.box.left << "," << c.box.top;
+    EXPECT_EQ(box.bottom, c.kept.bottom) << c.box.left << "," << c.box.top;
+  }
 }
 
 TEST(PreviewBar, ButtonGroupCentredAndAtLeastEightIn) {
