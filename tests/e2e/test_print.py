@@ -12,6 +12,7 @@ from harness import TavroTestCase, windows_path, printed_pages
 
 WM_CLOSE = 0x0010
 WM_COMMAND = 0x0111
+WM_THEME_CHANGED = 0x8001
 PREVIEW, PRINT, PAGE_SETUP = 601, 602, 603
 PREV, NEXT, PRINT_BUTTON, CLOSE = 610, 611, 612, 613
 THEME_DARK, THEME_LIGHT = 3101, 3102
@@ -236,6 +237,23 @@ class PrintCase(TavroTestCase):
         # The Close button closes it.
         self.click(preview, button_box(width, 3))
         self.tavro.wait_gone(preview)
+
+    def test_a_theme_change_reaches_the_open_preview(self):
+        self.open_document(numbered_lines(80))
+        preview = self.open_preview()
+        width, height, x, y = self.tavro.client(preview)
+        png = self.tavro.screenshot("preview-before-theme")
+        self.assertEqual(self.tavro.pixel(png, x + 2, y + 2), (0x19, 0x19, 0x1B))  # dark toolbarBackground
+        # The theme changes under the modal window; its notice repaints the bar and the page area.
+        self.tavro.send(self.main, WM_COMMAND, THEME_LIGHT, 0)
+        self.tavro.post(preview, WM_THEME_CHANGED, 1)
+        png = self.tavro.screenshot_until("preview-after-theme",
+                                          lambda png: self.tavro.pixel(png, x + 2, y + 2) == (0xF5, 0xF5, 0xF5),
+                                          what="the light bar")
+        self.assertEqual(self.tavro.pixel(png, x + 2, y + height - 2), (0xF2, 0xF2, 0xF2))
+        self.assert_bar(png, preview, THEME_LIGHT, prev_on=False, next_on=True)
+        self.assertEqual(self.pages_shown()[-1][0], 1)
+        self.close_preview(preview)
 
     # -- the pagination dialog ---------------------------------------------
     def test_cancel_in_the_pagination_dialog_shows_no_preview_and_no_message(self):
