@@ -1,9 +1,6 @@
 #include "export/print_preview.h"
 
-#include <dwmapi.h>
 #include <windowsx.h>
-
-#include <cwchar>
 
 #include "Scintilla.h"
 #include "base/app_state.h"
@@ -246,13 +243,9 @@ INT_PTR CALLBACK PreviewProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
   }
   PreviewState* state = StateOf(window);
   if (!state) return FALSE;
+  if (PaintedWindowMessage(window, message)) return TRUE;
   switch (message) {
-    case WM_ERASEBKGND: SetWindowLongPtrW(window, DWLP_MSGRESULT, 1); return TRUE;
     case WM_PAINT: Paint(window, *state); return TRUE;
-    case WM_GETDLGCODE:
-      // Arrows, pages and Esc come to this window even through the dialog manager.
-      SetWindowLongPtrW(window, DWLP_MSGRESULT, DLGC_WANTALLKEYS | DLGC_WANTARROWS);
-      return TRUE;
     case WM_KEYDOWN: return OnKey(window, *state, wParam) ? TRUE : FALSE;
     case WM_COMMAND:
       if (LOWORD(wParam) == IDCANCEL) {  // Esc, as the dialog manager reports it

@@ -178,3 +178,16 @@ void PaintRoundBox(HDC dc, const RECT& box, COLORREF fill, COLORREF border, int 
   DeleteObject(pen);
   DeleteObject(brush);
 }
+
+bool PaintedWindowMessage(HWND dialog, UINT message) {
+  switch (message) {
+    case WM_ERASEBKGND:
+      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
+      return true;
+    case WM_GETDLGCODE:
+      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, DLGC_WANTALLKEYS | DLGC_WANTARROWS);
+      return true;
+    default:
+      return false;
+  }
+}

@@ -12,6 +12,7 @@
 #include "base/app_state.h"
 #include "base/messages.h"
 #include "presentation/dialog_template.h"
+#include "presentation/dialog_theme.h"
 #include "presentation/help_layout.h"
 #include "presentation/help_text.h"
 #include "presentation/presentation.h"
@@ -424,13 +425,9 @@ INT_PTR CALLBACK HelpProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
   }
   HelpState* state = StateOf(window);
   if (!state) return FALSE;
+  if (PaintedWindowMessage(window, message)) return TRUE;
   switch (message) {
-    case WM_ERASEBKGND: SetWindowLongPtrW(window, DWLP_MSGRESULT, 1); return TRUE;
     case WM_PAINT: Paint(window, *state); return TRUE;
-    case WM_GETDLGCODE:
-      // Arrows, pages and Esc come to this window even through the dialog manager.
-      SetWindowLongPtrW(window, DWLP_MSGRESULT, DLGC_WANTALLKEYS | DLGC_WANTARROWS);
-      return TRUE;
     case WM_KEYDOWN: return OnKey(window, *state, wParam) ? TRUE : FALSE;
     case WM_COMMAND:
       if (LOWORD(wParam) == IDCANCEL) {  // Esc, as the dialog manager reports it
