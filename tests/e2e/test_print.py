@@ -117,6 +117,23 @@ class PrintCase(TavroTestCase):
         bx, by, bw, bh = button_box(width, button)
         return colours(png, (x + bx + 6, y + by + 4, bw - 12, bh - 8))
 
+    def bar_is(self, png, preview, theme, prev_on, next_on):
+        look = BAR_COLOURS[theme]
+        return all((look["text"] in found) == on and (look["disabled"] in found) != on
+                   for found, on in ((self.bar_button_colours(png, preview, button), on)
+                                     for button, on in ((0, prev_on), (1, next_on), (2, True), (3, True))))
+
+    def bar_screenshot(self, name, preview, theme, prev_on, next_on):
+        """A screenshot once the bar shows those buttons enabled (painting
+        comes after the input that asked for it), checked in detail."""
+        try:
+            png = self.tavro.screenshot_until(name, lambda png: self.bar_is(png, preview, theme, prev_on, next_on),
+                                              what="the bar's enabled buttons")
+        except harness.WaitTimeout:
+            png = self.tavro.screenshot(name)
+        self.assert_bar(png, preview, theme, prev_on, next_on)
+        return png
+
     def assert_bar(self, png, preview, theme, prev_on, next_on):
         look = BAR_COLOURS[theme]
         for button, on in ((0, prev_on), (1, next_on), (2, True), (3, True)):
@@ -163,8 +180,7 @@ class PrintCase(TavroTestCase):
         self.assertEqual(page, 1)
         self.assertGreaterEqual(count, 3)
         self.assertFalse(self.tavro.enabled(self.main))  # modal
-        png = self.tavro.screenshot("preview-dark")
-        self.assert_bar(png, preview, THEME_DARK, prev_on=False, next_on=True)
+        png = self.bar_screenshot("preview-dark", preview, THEME_DARK, prev_on=False, next_on=True)
 
         # Keys: Right and Page Down forward, Left and Page Up back.
         for key, expected in (("Right", 2), ("Next", 3), ("Left", 2), ("Prior", 1)):
@@ -193,8 +209,7 @@ class PrintCase(TavroTestCase):
         self.assertEqual(len(self.pages_shown()), shown)
         # The pointer over Next: disabled, so no hover look; over Prev it has one.
         width, _, x, y = self.tavro.client(preview)
-        png = self.tavro.screenshot("preview-dark-last")
-        self.assert_bar(png, preview, THEME_DARK, prev_on=True, next_on=False)
+        png = self.bar_screenshot("preview-dark-last", preview, THEME_DARK, prev_on=True, next_on=False)
         self.assertNotIn(BAR_COLOURS[THEME_DARK]["hover"], self.bar_button_colours(png, preview, 1))
         bx, by, bw, bh = button_box(width, 0)
         self.tavro.x_input(preview, ("mousemove", x + bx + bw // 2, y + by + bh // 2))
@@ -211,8 +226,7 @@ class PrintCase(TavroTestCase):
         self.tavro.send(self.main, WM_COMMAND, THEME_LIGHT, 0)
         preview = self.open_preview()
         self.assertEqual(self.pages_shown()[-1], (1, count))
-        png = self.tavro.screenshot("preview-light")
-        self.assert_bar(png, preview, THEME_LIGHT, prev_on=False, next_on=True)
+        png = self.bar_screenshot("preview-light", preview, THEME_LIGHT, prev_on=False, next_on=True)
         width, height, x, y = self.tavro.client(preview)
         self.assertEqual(self.tavro.pixel(png, x + 2, y + 2), (0xF5, 0xF5, 0xF5))  # toolbarBackground
         self.assertEqual(self.tavro.pixel(png, x + 2, y + height - 2), (0xF2, 0xF2, 0xF2))  # dialogBackground
@@ -223,8 +237,7 @@ class PrintCase(TavroTestCase):
         self.open_document("hello\r\nworld\r\n")
         preview = self.open_preview()
         self.assertEqual(self.pages_shown(), [(1, 1)])
-        png = self.tavro.screenshot("preview-one-page")
-        self.assert_bar(png, preview, THEME_DARK, prev_on=False, next_on=False)
+        png = self.bar_screenshot("preview-one-page", preview, THEME_DARK, prev_on=False, next_on=False)
         width, height, x, y = self.tavro.client(preview)
         # The sheet: white, centred below the bar, with its shadow at the lower right.
         self.assertEqual(self.tavro.pixel(png, x + width // 2, y + 44 + (height - 44) // 2), (255, 255, 255))
@@ -242,7 +255,7 @@ class PrintCase(TavroTestCase):
         self.open_document(numbered_lines(80))
         preview = self.open_preview()
         width, height, x, y = self.tavro.client(preview)
-        png = self.tavro.screenshot("preview-before-theme")
+        png = self.bar_screenshot("preview-before-theme", preview, THEME_DARK, prev_on=False, next_on=True)
         self.assertEqual(self.tavro.pixel(png, x + 2, y + 2), (0x19, 0x19, 0x1B))  # dark toolbarBackground
         # The theme changes under the modal window; its notice repaints the bar and the page area.
         self.tavro.send(self.main, WM_COMMAND, THEME_LIGHT, 0)
@@ -386,8 +399,12 @@ class PrintCase(TavroTestCase):
 
     def test_page_setup_keeps_its_values_after_ok_and_none_after_cancel(self):
         self.tavro.install_test_printer()
-        self.open_document(numbered_lines(10))
+        # US Letter in the file: the dialog shows the printer's paper, and that is what OK keeps.
+        self.restart_with({PAPER_WIDTH: i32(21590), PAPER_HEIGHT: i32(27940)}, numbered_lines(200))
         self.assertEqual(self.margins(), (1500, 1500, 1500, 1500))
+        preview = self.open_preview()
+        pages_before = self.pages_shown()[-1][1]
+        self.close_preview(preview)
         before = self.tavro.settings_path().read_bytes()
         # Cancel: the file stays as it was, byte for byte.
         self.tavro.command(self.main, PAGE_SETUP)
@@ -401,19 +418,17 @@ class PrintCase(TavroTestCase):
         self.tavro.wait_log("[ShowPageSetup] Cancelled\n")
         self.assertEqual(self.tavro.settings_path().read_bytes(), before)
 
-        # OK: the margins and the paper of the printer, saved at once.
+        # OK: the margins and the printer's A4, saved at once.
         self.tavro.command(self.main, PAGE_SETUP)
         dialog = self.tavro.find_dialog(SETUP_DIALOG)
         self.tavro.settle(dialog)
         self.tavro.screenshot("page-setup")
-        self.set_margins(dialog, ["20", "10", "25", "5"])
+        self.set_margins(dialog, ["20", "50", "25", "60"])
         self.tavro.press(dialog, "OK")
         self.tavro.wait_gone(dialog)
         self.tavro.wait_log("[ShowPageSetup] Margins and paper size saved\n")
-        self.assertEqual(self.margins(), (2000, 1000, 2500, 500))
-        width, height = self.paper()
-        self.assertAlmostEqual(width, 21000, delta=20)   # A4, as the printer measures it
-        self.assertAlmostEqual(height, 29700, delta=20)
+        self.assertEqual(self.margins(), (2000, 5000, 2500, 6000))
+        self.assertEqual(self.paper(), (20990, 29700))  # A4 as Wine's PostScript driver gives it
 
         # The dialog offers the kept values the next time.
         self.tavro.command(self.main, PAGE_SETUP)
@@ -421,9 +436,13 @@ class PrintCase(TavroTestCase):
         self.tavro.settle(dialog)
         fields = {r["id"]: r["text"] for r in self.tavro.children(dialog)}
         self.assertEqual([fields[f] for f in (SETUP_LEFT, SETUP_TOP, SETUP_RIGHT, SETUP_BOTTOM)],
-                         ["20", "10", "25", "5"])
+                         ["20", "50", "25", "60"])
         self.tavro.press(dialog, "Cancel")
         self.tavro.wait_gone(dialog)
+        # And the preview's frame follows: 110 mm less height, more pages.
+        preview = self.open_preview()
+        self.assertGreater(self.pages_shown()[-1][1], pages_before)
+        self.close_preview(preview)
 
     def test_without_any_printer_page_setup_and_print_end_at_the_systems_notice(self):
         self.open_document(numbered_lines(10))
