@@ -353,8 +353,14 @@ class PrintCase(TavroTestCase):
         self.assertEqual(numbers[-1][-1], 120)
         for page, following in zip(numbers, numbers[1:]):
             self.assertIn(following[0] - page[-1], (1, 2))
-        png = harness.printed_page_png(spool, 1, harness.ARTIFACTS / f"{self.tavro.name}.printed-page1.png")
-        self.assertTrue(png.exists())
+        png = harness.printed_page_png(spool, 1, harness.ARTIFACTS / f"{self.tavro.name}.printed-page1.png", dpi=150)
+        width, height = (int(v) for v in subprocess.run(["identify", "-format", "%w %h", str(png)], capture_output=True,
+                                                        text=True, check=True).stdout.split())
+        darkest = lambda box: min(min(c) for c in colours(png, box))
+        # Black text in the body; the footer, below the last line, in grey 0x646464 at its darkest (give or take the
+        # conversions to PDF and PNG), not black and not the preview's 0x808080.
+        self.assertLessEqual(darkest((0, height // 20, width, height * 8 // 10)), 0x10)
+        self.assertIn(darkest((0, height * 94 // 100, width, height * 6 // 100)), range(0x60, 0x69))
 
     def test_cancelled_print_dialog_prints_nothing(self):
         spool = self.tavro.install_test_printer()
