@@ -432,6 +432,10 @@ class TavroSession:
         """0 when Windows let the file be deleted, else its error code."""
         return int(self.request("try-delete", windows_path(path)))
 
+    def try_move(self, path, target):
+        """0 when Windows let the file be renamed to target, else its error code."""
+        return int(self.request("try-move", windows_path(path), windows_path(target)))
+
     def client(self, hwnd):
         """(width, height, screen x, screen y) of a window's client area."""
         return tuple(int(v) for v in self.request("client", hwnd).split("\t"))
@@ -530,6 +534,12 @@ class TavroSession:
         if not out:
             raise ProbeError(f"no X window named {title}")
         return out[0]
+
+    def activate(self, hwnd):
+        """Gives hwnd the X input focus, as a click on its frame would; Wine
+        then activates it. Returns without waiting for what that brings."""
+        subprocess.run(["xdotool", "windowfocus", "--sync", self._x_window(hwnd, "")], env=self.env, check=True,
+                       timeout=60)
 
     def x_input(self, hwnd, *commands, focus=None, settle=True):
         """Focuses the window in X and waits until Windows gives it the
