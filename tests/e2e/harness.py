@@ -535,10 +535,11 @@ class TavroSession:
             raise ProbeError(f"no X window named {title}")
         return out[0]
 
-    def activate(self, hwnd):
-        """Gives hwnd the X input focus, as a click on its frame would; Wine
-        then activates it. Returns without waiting for what that brings."""
-        subprocess.run(["xdotool", "windowfocus", "--sync", self._x_window(hwnd, "")], env=self.env, check=True,
+    def click_at(self, x, y):
+        """A left click at a point of the screen through X, as a user's click
+        on whatever window shows there; returns without waiting for what it
+        brings (an activation, a box)."""
+        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"], env=self.env, check=True,
                        timeout=60)
 
     def x_input(self, hwnd, *commands, focus=None, settle=True):

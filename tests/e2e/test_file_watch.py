@@ -22,17 +22,26 @@ class FileWatchTest(TavroTestCase):
         return main
 
     def other_window(self):
-        """Another program's window to switch to: a Viewer of its own."""
+        """Another program's window to switch to: a Viewer of its own, placed
+        beside the main window."""
         other = self.write_file("other.txt", "another program")
         self.tavro.start("--viewer", windows_path(other))
-        return self.tavro.find_window("TavroMainWindow", "Tavro Viewer - other.txt")
+        viewer = self.tavro.find_window("TavroMainWindow", "Tavro Viewer - other.txt")
+        self.tavro.move(viewer, 940, 0, 330, 400)
+        return viewer
+
+    def click_inside(self, hwnd):
+        """A click in the middle of a window, the user's way to bring it to the front."""
+        width, height, x, y = self.tavro.client(hwnd)
+        self.tavro.click_at(x + width // 2, y + height // 2)
 
     def leave(self, other):
-        self.tavro.activate(other)
+        self.click_inside(other)
         self.tavro.wait_for(lambda: int(self.tavro.request("foreground")), other, what="the other window in front")
 
     def come_back(self, main):
-        self.tavro.activate(main)
+        # On the status bar, where a click changes nothing else.
+        self.click_inside(self.tavro.child(main, "msctls_statusbar32")["hwnd"])
 
     def question(self):
         return self.tavro.find_dialog(TITLE)
