@@ -175,6 +175,18 @@ class FileWatchTest(TavroTestCase):
         self.come_back(main)
         self.answer(self.question(), "Cancel")
 
+    def test_content_changed_by_another_program_leaves_no_trace(self):
+        path = self.write_file("shared.txt", "mine")
+        main = self.start_with(path)
+        editor = self.tavro.child(main, "Scintilla")["hwnd"]
+        other = self.other_window()
+        self.leave(other)
+        path.write_bytes(b"written elsewhere")  # the handle shares writing
+        self.come_back(main)
+        self.assert_no_question(main)
+        self.assertEqual(self.tavro.text(editor), "mine")
+        self.assertEqual(self.tavro.title(main), "Tavro - shared.txt")
+
     def test_untitled_document_never_asks(self):
         self.tavro.start()
         main = self.tavro.main_window()
