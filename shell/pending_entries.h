@@ -12,7 +12,3 @@ void ShowPrintPreview(HWND owner);
 void PrintDocument(HWND owner);
 void ShowPageSetup(HWND owner);
 void ShowSettingsDialog(HWND owner);
-void OpenRecentFile(HWND owner, int slot);
-void RemoveRecentFile(int slot);
-void ClearRecentFiles(HWND owner);
-void AddRecentFile(const std::wstring& path);
