@@ -7,6 +7,7 @@
 #include "Scintilla.h"
 #include "ai/panel/ai_panel.h"
 #include "document/document.h"
+#include "document/recent_files.h"
 #include "export/export_dialog.h"
 #include "export/export_document.h"
 #include "export/markdown_export.h"

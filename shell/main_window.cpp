@@ -22,6 +22,7 @@
 #include "ai/panel/chat_selection.h"
 #include "base/heap_text.h"
 #include "document/document.h"
+#include "document/file_watch.h"
 #include "document/save_prompt.h"
 #include "export/export_note.h"
 #include "export/viewer_handoff.h"
@@ -395,6 +396,12 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       FillRect(reinterpret_cast<HDC>(wParam), &client, brush);
       DeleteObject(brush);
       return 1;
+    }
+    case WM_ACTIVATE: {
+      // Focus first, as usual; then the question about a vanished file.
+      LRESULT result = DefWindowProcW(window, message, wParam, lParam);
+      if (WatchOnActivate(window, LOWORD(wParam) != WA_INACTIVE, reinterpret_cast<HWND>(lParam))) UpdateTitle();
+      return result;
     }
     case WM_NCACTIVATE:
       // The title never shows as inactive.

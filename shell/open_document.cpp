@@ -3,8 +3,10 @@
 #include <shellapi.h>
 
 #include "document/document.h"
+#include "document/recent_files.h"
 #include "document/save_prompt.h"
-#include "shell/pending_entries.h"
+#include "presentation/message_box.h"
+#include "settings/settings.h"
 #include "shell/shell.h"
 #include "shell/toolbar.h"
 
@@ -41,4 +43,16 @@ bool OpenDocumentPath(HWND window, const std::wstring& path, OpenSource source) 
   RefreshToolbar();
   AddRecentFile(g_filePath);
   return true;
+}
+
+void OpenRecentFile(HWND window, int slot) {
+  const std::wstring path = RecentSlotPath(g_settings.recentFiles, slot);
+  if (path.empty()) return;
+  if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    if (ShowMessageBox(window, kBoxYesNo, kRecentFileMissingTitle, RecentFileMissingText(DocumentName(path)).c_str()) ==
+        kResultYes)
+      RemoveRecentFile(slot);
+    return;
+  }
+  if (ConfirmDiscardOrSave(window)) OpenDocumentPath(window, path, OpenSource::kRecentFile);
 }

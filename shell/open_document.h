@@ -18,3 +18,8 @@ enum class OpenSource {
 // the path, a clean state, then the title and status bar and Recent Files of
 // a normal instance or the title of a Viewer. True when the file was loaded.
 bool OpenDocumentPath(HWND window, const std::wstring& path, OpenSource source);
+
+// Command 7000 + slot: a file of Recent Files. A file that is gone is offered
+// for removal from the list and the document stays as it is; otherwise the
+// save question, then the load.
+void OpenRecentFile(HWND window, int slot);

@@ -10,7 +10,3 @@ void NotBuiltYet(const wchar_t* line) { OutputDebugStringW(line); }
 
 void ShowFontDialog(HWND) { NotBuiltYet(L"[ShowFontDialog] not built yet\n"); }
 void ShowSettingsDialog(HWND) { NotBuiltYet(L"[ShowSettingsDialog] not built yet\n"); }
-void OpenRecentFile(HWND, int) { NotBuiltYet(L"[OpenRecentFile] not built yet\n"); }
-void RemoveRecentFile(int) { NotBuiltYet(L"[RemoveRecentFile] not built yet\n"); }
-void ClearRecentFiles(HWND) { NotBuiltYet(L"[ClearRecentFiles] not built yet\n"); }
-void AddRecentFile(const std::wstring&) { NotBuiltYet(L"[AddRecentFile] not built yet\n"); }

@@ -9,7 +9,3 @@
 
 void ShowFontDialog(HWND owner);
 void ShowSettingsDialog(HWND owner);
-void OpenRecentFile(HWND owner, int slot);
-void RemoveRecentFile(int slot);
-void ClearRecentFiles(HWND owner);
-void AddRecentFile(const std::wstring& path);

@@ -461,6 +461,10 @@ class TavroSession:
         """0 when Windows let the file be deleted, else its error code."""
         return int(self.request("try-delete", windows_path(path)))
 
+    def try_move(self, path, target):
+        """0 when Windows let the file be renamed to target, else its error code."""
+        return int(self.request("try-move", windows_path(path), windows_path(target)))
+
     def client(self, hwnd):
         """(width, height, screen x, screen y) of a window's client area."""
         return tuple(int(v) for v in self.request("client", hwnd).split("\t"))
@@ -559,6 +563,13 @@ class TavroSession:
         if not out:
             raise ProbeError(f"no X window named {title}")
         return out[0]
+
+    def click_at(self, x, y):
+        """A left click at a point of the screen through X, as a user's click
+        on whatever window shows there; returns without waiting for what it
+        brings (an activation, a box)."""
+        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"], env=self.env, check=True,
+                       timeout=60)
 
     def x_input(self, hwnd, *commands, focus=None, settle=True):
         """Focuses the window in X and waits until Windows gives it the

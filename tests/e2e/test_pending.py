@@ -1,7 +1,7 @@
-"""Tools that aren't built yet say so: each routed command, and the load's
-calls into parts still to come, write one debug line and change nothing."""
+"""Tools that aren't built yet say so: each routed command writes one debug
+line and changes nothing."""
 import harness
-from harness import TavroTestCase, windows_path
+from harness import TavroTestCase
 
 WM_COMMAND = 0x0111
 
@@ -9,9 +9,6 @@ WM_COMMAND = 0x0111
 PENDING_COMMANDS = [
     (210, "[ShowFontDialog] not built yet\n"),
     (6001, "[ShowSettingsDialog] not built yet\n"),
-    (7000, "[OpenRecentFile] not built yet\n"),
-    (7010, "[RemoveRecentFile] not built yet\n"),
-    (7020, "[ClearRecentFiles] not built yet\n"),
 ]
 
 
@@ -28,13 +25,6 @@ class PendingTools(TavroTestCase):
             self.assertEqual(count, before + 1, line)
         self.assertEqual(self.tavro.title(main), title)
         self.assertEqual(self.tavro.count_windows("TavroMainWindow"), 1)
-
-    def test_start_and_load_name_the_parts_still_to_come(self):
-        doc = self.write_file("notes.txt", "some text")
-        self.tavro.start(windows_path(doc))
-        main = self.tavro.main_window()
-        self.assertEqual(self.tavro.wait_for(lambda: self.tavro.title(main), "Tavro - notes.txt"), "Tavro - notes.txt")
-        self.assertTrue(self.tavro.wait_log("[AddRecentFile] not built yet\n"))
 
 
 if __name__ == "__main__":

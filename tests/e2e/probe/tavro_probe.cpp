@@ -441,6 +441,10 @@ void Handle(const std::vector<std::string>& f) {
     // try-delete PATH: 0 when deleted, else the Win32 error code.
     if (DeleteFileW(ToWide(arg(1)).c_str())) Reply("ok", "0");
     else Reply("ok", std::to_string(GetLastError()));
+  } else if (verb == "try-move") {
+    // try-move FROM TO: 0 when renamed, else the Win32 error code.
+    if (MoveFileW(ToWide(arg(1)).c_str(), ToWide(arg(2)).c_str())) Reply("ok", "0");
+    else Reply("ok", std::to_string(GetLastError()));
   } else if (verb == "spawn") {
     // spawn X Y WIDTH HEIGHT COMMAND_LINE: starts a process with that window
     // position and size in its STARTUPINFO; answers its process id.
