@@ -8,11 +8,9 @@ void NotBuiltYet(const wchar_t* line) { OutputDebugStringW(line); }
 
 }  // namespace
 
-void ShowFontDialog(HWND) { NotBuiltYet(L"[ShowFontDialog] not built yet\n"); }
 void ShowPrintPreview(HWND) { NotBuiltYet(L"[ShowPrintPreview] not built yet\n"); }
 void PrintDocument(HWND) { NotBuiltYet(L"[PrintDocument] not built yet\n"); }
 void ShowPageSetup(HWND) { NotBuiltYet(L"[ShowPageSetup] not built yet\n"); }
-void ShowSettingsDialog(HWND) { NotBuiltYet(L"[ShowSettingsDialog] not built yet\n"); }
 void OpenRecentFile(HWND, int) { NotBuiltYet(L"[OpenRecentFile] not built yet\n"); }
 void RemoveRecentFile(int) { NotBuiltYet(L"[RemoveRecentFile] not built yet\n"); }
 void ClearRecentFiles(HWND) { NotBuiltYet(L"[ClearRecentFiles] not built yet\n"); }

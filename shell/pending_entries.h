@@ -7,11 +7,9 @@
 
 #include <string>
 
-void ShowFontDialog(HWND owner);
 void ShowPrintPreview(HWND owner);
 void PrintDocument(HWND owner);
 void ShowPageSetup(HWND owner);
-void ShowSettingsDialog(HWND owner);
 void OpenRecentFile(HWND owner, int slot);
 void RemoveRecentFile(int slot);
 void ClearRecentFiles(HWND owner);

@@ -7,11 +7,9 @@ WM_COMMAND = 0x0111
 
 # Command id and the line its tool writes until the tool exists.
 PENDING_COMMANDS = [
-    (210, "[ShowFontDialog] not built yet\n"),
     (601, "[ShowPrintPreview] not built yet\n"),
     (602, "[PrintDocument] not built yet\n"),
     (603, "[ShowPageSetup] not built yet\n"),
-    (6001, "[ShowSettingsDialog] not built yet\n"),
     (7000, "[OpenRecentFile] not built yet\n"),
     (7010, "[RemoveRecentFile] not built yet\n"),
     (7020, "[ClearRecentFiles] not built yet\n"),
