@@ -25,6 +25,7 @@ SOUND_KEY_FIELD, SOUND_ENTER_FIELD, SPLASH_FIELD = 36689, 36690, 36691
 BM_GETCHECK, BM_CLICK, CB_SETCURSEL = 0x00F0, 0x00F5, 0x014E
 WM_CONTEXTMENU, WM_KEYDOWN, VK_ESCAPE = 0x007B, 0x0100, 0x1B
 SCI_GETWRAPMODE, SCI_GETHSCROLLBAR = 2269, 2131
+THEME_COMMAND = 3101  # to 3106, one a theme
 THEMES = ["Tavro Dark", "Tavro Light", "Azure", "Green", "Night", "Sepia"]
 INTERVALS = ["1 min", "5 min", "10 min", "30 min", "60 min"]
 
@@ -143,7 +144,7 @@ class ControlsTest(SettingsDialogCase):
                 if theme == 0:
                     self.start({THEME_INDEX: u32(0), AUTO_SAVE_FIELD: u32(5)})
                 else:
-                    self.tavro.send(self.main, harness.WM_COMMAND, 3100 + theme)
+                    self.tavro.send(self.main, harness.WM_COMMAND, THEME_COMMAND + theme)
                     self.tavro.settle(self.main)
                 self.open()
                 colour = (0x1E, 0x1E, 0x21) if theme == 0 else (0xF2, 0xF2, 0xF2)  # dialogBackground
@@ -252,6 +253,7 @@ class OkTest(SettingsDialogCase):
 
 
 class ModeTest(SettingsDialogCase):
+    # The save prompt paints "Yes" and "No" over its buttons' texts "Save" and "Don't Save".
     def test_cancel_at_the_mode_question_stays_with_the_transparency_in_memory(self):
         doc = self.write_file("mode.txt", "text")
         self.start({}, windows_path(doc))
@@ -275,7 +277,7 @@ class ModeTest(SettingsDialogCase):
         self.assertEqual(self.stored(TRANSPARENCY_FIELD, 4), 0)
         self.assertEqual(self.alpha(), -1)
         # In memory all the same: the next save of the record carries it.
-        self.tavro.send(self.main, harness.WM_COMMAND, 3101)
+        self.tavro.send(self.main, harness.WM_COMMAND, THEME_COMMAND + 1)
         self.tavro.settle(self.main)
         self.assertEqual(self.stored(TRANSPARENCY_FIELD, 4), 40)
         self.assertEqual(self.alpha(), -1)
@@ -291,7 +293,7 @@ class ModeTest(SettingsDialogCase):
         self.click(AI_MOD)
         self.tavro.press(self.dialog, "OK")
         box = self.tavro.find_dialog("Tavro")
-        self.tavro.press(box, "No")
+        self.tavro.press(box, "Don't Save")
         self.tavro.wait_gone(self.dialog)
         self.assertTrue(self.tavro.wait_for(self.panel_shown, True))
         self.tavro.settle(self.main)
@@ -311,7 +313,7 @@ class ModeTest(SettingsDialogCase):
         self.tavro.press(self.dialog, "OK")
         box = self.tavro.find_dialog("Tavro")
         self.assertIn('Save changes to "mode.txt"?', self.tavro.dialog_texts(box))
-        self.tavro.press(box, "Yes")
+        self.tavro.press(box, "Save")
         self.tavro.wait_gone(self.dialog)
         self.assertFalse(self.tavro.wait_for(self.panel_shown, False))
         self.assertEqual(self.stored(EDITOR_MODE, 4), 0)
@@ -366,7 +368,7 @@ class CancelTest(SettingsDialogCase):
         self.start({THEME_INDEX: u32(1)})
         self.open()
         self.assertEqual(self.tavro.list_items(self.controls[THEME])[0], 1)
-        self.tavro.post(self.main, harness.WM_COMMAND, 3105)  # Sepia, from behind the dialog
+        self.tavro.post(self.main, harness.WM_COMMAND, THEME_COMMAND + 5)  # Sepia, from behind the dialog
         self.assertEqual(self.tavro.wait_until(lambda: self.tavro.list_items(self.controls[THEME])[0],
                                                lambda row: row == 5), 5)
         self.close_with("Cancel")
