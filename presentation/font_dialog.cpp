@@ -34,6 +34,7 @@ FontDialogHooks g_hooks;
 struct FontDialogState {
   DialogTheme theme;
   HFONT previewFont = nullptr;  // the last font made for the preview
+  HBRUSH selectedRow = nullptr;  // #0078D4 behind a selected row
 };
 
 constexpr int kRowHeight = 18;
@@ -102,6 +103,7 @@ void OnInit(HWND dialog, FontDialogState& state) {
   const ThemeColors& row = CurrentTheme();
   state.theme.dialogColours = true;
   ApplyDialogTheme(dialog, state.theme);  // title bar, owner-drawn OK and Cancel, plain check boxes
+  state.selectedRow = CreateSolidBrush(kSelectedRow);
   for (HWND window : {dialog, Item(dialog, IDC_FONT_FAMILIES), Item(dialog, IDC_FONT_SIZES)})
     SetWindowTheme(window, WindowThemeClass(row), nullptr);
 
@@ -142,15 +144,13 @@ std::wstring RowText(HWND list, int row) {
   return text;
 }
 
-void DrawRow(HWND dialog, const DRAWITEMSTRUCT* item) {
+void DrawRow(HWND dialog, const FontDialogState& state, const DRAWITEMSTRUCT* item) {
   const ThemeColors& row = CurrentTheme();
   HDC dc = item->hDC;
   RECT rect = item->rcItem;
   if (item->itemID != static_cast<UINT>(-1)) {
     const bool selected = (item->itemState & ODS_SELECTED) != 0;
-    HBRUSH fill = CreateSolidBrush(selected ? kSelectedRow : row.listBackground);
-    FillRect(dc, &rect, fill);
-    DeleteObject(fill);
+    FillRect(dc, &rect, selected ? state.selectedRow : state.theme.list);
     const std::wstring text = RowText(item->hwndItem, static_cast<int>(item->itemID));
     HFONT own = nullptr;
     if (item->CtlID == IDC_FONT_FAMILIES) own = MakeFont(dc, kFamilyRowPoints, false, false, text.c_str());
@@ -246,8 +246,8 @@ INT_PTR CALLBACK FontDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
     }
     case WM_DRAWITEM: {
       const auto* item = reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
-      if (item->CtlType == ODT_LISTBOX) {
-        DrawRow(dialog, item);
+      if (item->CtlType == ODT_LISTBOX && state) {
+        DrawRow(dialog, *state, item);
         return TRUE;
       }
       INT_PTR result = FALSE;
@@ -304,6 +304,8 @@ INT_PTR CALLBACK FontDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
       if (state) {
         if (state->previewFont) DeleteObject(state->previewFont);
         state->previewFont = nullptr;
+        DeleteObject(state->selectedRow);
+        state->selectedRow = nullptr;
         ReleaseDialogTheme(dialog, state->theme);
       }
       break;

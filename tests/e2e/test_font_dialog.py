@@ -30,14 +30,9 @@ def u32(value):
 class FontDialogCase(TavroTestCase):
     def start(self, name="Liberation Mono", size=11, bold=0, italic=0, theme=1, *args):
         """Tavro with the font of a settings file the test wrote."""
-        self.tavro.start()
-        self.tavro.post(self.tavro.main_window(), harness.WM_CLOSE)
-        self.assertEqual(self.tavro.wait_exit(), 0)
-        self.tavro.process = None
-        self.tavro.patch_settings({FONT_NAME: utf16_field(name, 64), FONT_SIZE: u32(size),
-                                   FONT_BOLD: bytes([bold]), FONT_ITALIC: bytes([italic]),
-                                   THEME_INDEX: u32(theme), SPLASH_FIELD: b"\x00"})
-        self.tavro.start(*args)
+        self.tavro.start_with_settings({FONT_NAME: utf16_field(name, 64), FONT_SIZE: u32(size),
+                                        FONT_BOLD: bytes([bold]), FONT_ITALIC: bytes([italic]),
+                                        THEME_INDEX: u32(theme), SPLASH_FIELD: b"\x00"}, *args)
         self.main = self.tavro.main_window()
         self.editor = self.tavro.child(self.main, "Scintilla")["hwnd"]
         self.tavro.settle(self.main)

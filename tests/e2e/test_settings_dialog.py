@@ -36,14 +36,8 @@ def u32(value):
 
 class SettingsDialogCase(TavroTestCase):
     def start(self, changes=None, *args):
-        """Tavro with a settings file the test wrote: a first run makes the
-        file, the patch goes in while no instance runs."""
-        self.tavro.start()
-        self.tavro.post(self.tavro.main_window(), harness.WM_CLOSE)
-        self.assertEqual(self.tavro.wait_exit(), 0)
-        self.tavro.process = None
-        self.tavro.patch_settings({SPLASH_FIELD: b"\x00", **(changes or {})})
-        self.tavro.start(*args)
+        """Tavro with a settings file the test wrote."""
+        self.tavro.start_with_settings({SPLASH_FIELD: b"\x00", **(changes or {})}, *args)
         self.main = self.tavro.main_window()
         self.editor = self.tavro.child(self.main, "Scintilla")["hwnd"]
         self.tavro.settle(self.main)
@@ -73,6 +67,15 @@ class SettingsDialogCase(TavroTestCase):
         self.tavro.press(self.dialog, button)
         self.tavro.wait_gone(self.dialog)
         self.tavro.settle(self.main)
+
+    def start_modified(self, changes=None):
+        """Tavro on mode.txt ("text"), modified by "more " in front."""
+        doc = self.write_file("mode.txt", "text")
+        self.start(changes, windows_path(doc))
+        self.tavro.wait_for(lambda: self.tavro.title(self.main), "Tavro - mode.txt")
+        self.add_text("more ")
+        self.tavro.wait_for(lambda: self.tavro.title(self.main), "Tavro - mode.txt *")
+        return doc
 
     def add_text(self, text):
         """Text in at the caret (SCI_ADDTEXT), which modifies the document."""
@@ -255,11 +258,7 @@ class OkTest(SettingsDialogCase):
 class ModeTest(SettingsDialogCase):
     # The save prompt paints "Yes" and "No" over its buttons' texts "Save" and "Don't Save".
     def test_cancel_at_the_mode_question_stays_with_the_transparency_in_memory(self):
-        doc = self.write_file("mode.txt", "text")
-        self.start({}, windows_path(doc))
-        self.tavro.wait_for(lambda: self.tavro.title(self.main), "Tavro - mode.txt")
-        self.add_text("more ")
-        self.tavro.wait_for(lambda: self.tavro.title(self.main), "Tavro - mode.txt *")
+        self.start_modified()
         self.open()
         self.set_field(TRANSPARENCY, "40")
         self.click(AI_MOD)
@@ -284,11 +283,7 @@ class ModeTest(SettingsDialogCase):
         self.assertEqual(self.stored(EDITOR_MODE, 4), 0)
 
     def test_to_ai_mod_asks_and_switches_without_the_closing_box(self):
-        doc = self.write_file("mode.txt", "text")
-        self.start({}, windows_path(doc))
-        self.tavro.wait_for(lambda: self.tavro.title(self.main), "Tavro - mode.txt")
-        self.add_text("more ")
-        self.tavro.wait_for(lambda: self.tavro.title(self.main), "Tavro - mode.txt *")
+        self.start_modified()
         self.open()
         self.click(AI_MOD)
         self.tavro.press(self.dialog, "OK")
@@ -302,12 +297,8 @@ class ModeTest(SettingsDialogCase):
         self.assertEqual(self.tavro.title(self.main), "Tavro - mode.txt *")  # "No" kept the document as it was
 
     def test_to_classic_asks_too(self):
-        doc = self.write_file("mode.txt", "text")
-        self.start({EDITOR_MODE: u32(1)}, windows_path(doc))
+        doc = self.start_modified({EDITOR_MODE: u32(1)})
         self.assertTrue(self.tavro.wait_for(self.panel_shown, True))
-        self.tavro.wait_for(lambda: self.tavro.title(self.main), "Tavro - mode.txt")
-        self.add_text("more ")
-        self.tavro.wait_for(lambda: self.tavro.title(self.main), "Tavro - mode.txt *")
         self.open()
         self.click(CLASSIC)
         self.tavro.press(self.dialog, "OK")
@@ -321,11 +312,7 @@ class ModeTest(SettingsDialogCase):
         self.assertEqual(self.tavro.title(self.main), "Tavro - mode.txt")
 
     def test_an_unchanged_mode_asks_nothing(self):
-        doc = self.write_file("mode.txt", "text")
-        self.start({}, windows_path(doc))
-        self.tavro.wait_for(lambda: self.tavro.title(self.main), "Tavro - mode.txt")
-        self.add_text("abc")
-        self.tavro.wait_for(lambda: self.tavro.title(self.main), "Tavro - mode.txt *")
+        self.start_modified()
         self.open()
         self.close_with("OK")
         self.assertEqual([row["cls"] for row in self.tavro.windows("") if row["visible"]], ["TavroMainWindow"])
