@@ -70,10 +70,17 @@ class FontDialogCase(TavroTestCase):
         return int(out[0]), int(out[1]), out[2]
 
     def wait_preview(self, check):
-        """Screenshots until the preview's ink passes check; returns that ink."""
-        png = self.tavro.screenshot_until("preview", lambda shot: check(self.preview_ink(shot)),
-                                          what="the preview drawn as expected")
-        return self.preview_ink(png)
+        """Screenshots until the preview's ink passes check and stays the
+        same in the next shot (a shot may catch a paint half done); returns
+        that ink."""
+        shots = []
+
+        def settled(png):
+            shots.append(self.preview_ink(png))
+            return len(shots) >= 2 and shots[-1] == shots[-2] and check(shots[-1])
+
+        self.tavro.screenshot_until("preview", settled, what="the preview drawn as expected")
+        return shots[-1]
 
     def close_with(self, button):
         self.tavro.press(self.dialog, button)
