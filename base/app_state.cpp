@@ -9,6 +9,7 @@ HWND g_hwndMargin = nullptr;
 HWND g_hwndAiPanel = nullptr;
 HWND g_hwndFind = nullptr;
 HWND g_hwndRegex = nullptr;
+HWND g_hwndSettings = nullptr;
 bool g_viewerMode = false;
 std::wstring g_profileName;
 CreateLexerFn g_createLexer = nullptr;

@@ -25,6 +25,7 @@ extern HWND g_hwndMargin;
 extern HWND g_hwndAiPanel;
 extern HWND g_hwndFind;  // the Find and Replace dialog while it is open
 extern HWND g_hwndRegex;  // the Regex Search dialog while it is open
+extern HWND g_hwndSettings;  // the Settings dialog while it is open; a theme change updates its list
 extern bool g_viewerMode;
 extern std::wstring g_profileName;  // empty or "default": the default profile
 

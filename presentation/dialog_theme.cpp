@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kButtonFontHeight = -12;
 constexpr UINT_PTR kGroupBoxSubclass = 1;
+constexpr UINT_PTR kNoMenuSubclass = 2;
 constexpr int kCaptionIndent = 8;
 constexpr int kCaptionPadding = 2;
 
@@ -79,7 +80,15 @@ LRESULT CALLBACK GroupBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lPar
   return DefSubclassProc(box, message, wParam, lParam);
 }
 
+LRESULT CALLBACK NoMenuProc(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+  if (message == WM_CONTEXTMENU) return 0;
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(edit, NoMenuProc, kNoMenuSubclass);
+  return DefSubclassProc(edit, message, wParam, lParam);
+}
+
 }  // namespace
+
+void SuppressContextMenu(HWND edit) { SetWindowSubclass(edit, NoMenuProc, kNoMenuSubclass, 0); }
 
 void ThemeGroupBox(HWND box) {
   SetWindowTheme(box, L"", L"");
@@ -88,8 +97,9 @@ void ThemeGroupBox(HWND box) {
 
 void ApplyDialogTheme(HWND dialog, DialogTheme& theme) {
   const ThemeColors& row = CurrentTheme();
-  theme.background = CreateSolidBrush(row.windowBackground);
+  theme.background = CreateSolidBrush(theme.dialogColours ? row.dialogBackground : row.windowBackground);
   theme.field = CreateSolidBrush(row.editorBackground);
+  if (theme.dialogColours) theme.list = CreateSolidBrush(row.listBackground);
   theme.classBrushBefore = SetClassLongPtrW(dialog, GCLP_HBRBACKGROUND, reinterpret_cast<LONG_PTR>(theme.background));
   SetDarkTitleBar(dialog, (row.isDark & 0xFF) != 0);
   theme.buttonFont = CreateFontW(kButtonFontHeight, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
@@ -120,12 +130,20 @@ bool DialogThemeMessage(const DialogTheme& theme, UINT message, WPARAM wParam, L
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN:
-      SetBkColor(dc, row.windowBackground);
+      SetBkColor(dc, theme.dialogColours ? row.dialogBackground : row.windowBackground);
       SetTextColor(dc, row.dialogText);
+      if (theme.dialogColours) SetBkMode(dc, TRANSPARENT);
       result = reinterpret_cast<INT_PTR>(theme.background);
       return true;
-    case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX:
+      if (theme.list) {
+        SetBkColor(dc, row.listBackground);
+        SetTextColor(dc, row.editorText);
+        result = reinterpret_cast<INT_PTR>(theme.list);
+        return true;
+      }
+      [[fallthrough]];
+    case WM_CTLCOLOREDIT:
       SetBkColor(dc, row.editorBackground);
       SetTextColor(dc, row.editorText);
       result = reinterpret_cast<INT_PTR>(theme.field);
@@ -142,11 +160,14 @@ bool DialogThemeMessage(const DialogTheme& theme, UINT message, WPARAM wParam, L
 }
 
 void ReleaseDialogTheme(HWND dialog, DialogTheme& theme) {
+  const bool dialogColours = theme.dialogColours;
   SetClassLongPtrW(dialog, GCLP_HBRBACKGROUND, theme.classBrushBefore);
   DeleteObject(theme.background);
   DeleteObject(theme.field);
+  if (theme.list) DeleteObject(theme.list);
   DeleteObject(theme.buttonFont);
   theme = DialogTheme();
+  theme.dialogColours = dialogColours;
 }
 
 void CentreOnOwner(HWND dialog) {

@@ -9,8 +9,13 @@
 
 // The GDI objects a themed dialog holds from WM_INITDIALOG to WM_DESTROY.
 struct DialogTheme {
-  HBRUSH background = nullptr;  // the theme's windowBackground
-  HBRUSH field = nullptr;       // edit fields and lists: editorBackground
+  // Set before ApplyDialogTheme for the look of the Settings and Font
+  // dialogs: dialogBackground behind, lists on listBackground, labels
+  // transparent.
+  bool dialogColours = false;
+  HBRUSH background = nullptr;  // the theme's windowBackground, or dialogBackground
+  HBRUSH field = nullptr;       // edit fields (and lists): editorBackground
+  HBRUSH list = nullptr;        // lists with dialogColours: listBackground
   HFONT buttonFont = nullptr;   // "Segoe UI", -12
   LONG_PTR classBrushBefore = 0;
 };
@@ -37,6 +42,9 @@ void PaintRoundBox(HDC dc, const RECT& box, COLORREF fill, COLORREF border, int 
 // Esc included, even through the dialog manager. True when the message was
 // one of those two and is answered (DWLP_MSGRESULT set).
 bool PaintedWindowMessage(HWND dialog, UINT message);
+
+// An edit field that swallows WM_CONTEXTMENU: it has no context menu at all.
+void SuppressContextMenu(HWND edit);
 
 // Centres a dialog on its owner (on the screen without one), kept within the
 // work area of the owner's monitor.

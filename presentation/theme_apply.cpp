@@ -10,6 +10,7 @@
 #include "presentation/help_window.h"
 #include "presentation/presentation.h"
 #include "presentation/themes.h"
+#include "resources/resource_ids.h"
 #include "settings/settings.h"
 #include "base/app_state.h"
 #include "base/messages.h"
@@ -110,6 +111,11 @@ void ApplyTheme(unsigned index, bool chosen) {
   SetDarkTitleBar(g_hwndMain, ThemeTitleBarDark(index));
   if (g_hwndMargin && IsWindowVisible(g_hwndMargin)) InvalidateRect(g_hwndMargin, nullptr, TRUE);
   SaveSettings(g_settings);
+  if (g_hwndSettings) {
+    HWND list = GetDlgItem(g_hwndSettings, IDC_SETTINGS_THEME);
+    SendMessageW(list, CB_SETCURSEL, index, 0);
+    InvalidateRect(list, nullptr, TRUE);
+  }
   if (g_hwndFind) PostMessageW(g_hwndFind, WM_THEME_CHANGED, index, 0);
   if (g_hwndRegex) PostMessageW(g_hwndRegex, WM_THEME_CHANGED, index, 0);
   if (g_hwndHelp) PostMessageW(g_hwndHelp, WM_THEME_CHANGED, index, 0);

@@ -15,6 +15,7 @@
 #include "export/print_document.h"
 #include "export/print_preview.h"
 #include "export/viewer_handoff.h"
+#include "presentation/font_dialog.h"
 #include "presentation/help_window.h"
 #include "presentation/message_box.h"
 #include "presentation/presentation.h"
@@ -26,8 +27,8 @@
 #include "settings/settings.h"
 #include "shell/mode_switch.h"
 #include "shell/open_document.h"
-#include "shell/pending_entries.h"
 #include "shell/profile_manager.h"
+#include "shell/settings_dialog.h"
 #include "shell/shell.h"
 #include "shell/toolbar.h"
 
@@ -74,14 +75,14 @@ void OpenDocument(HWND window) {
 
 void SetTransparency(HWND window, unsigned percent) {
   g_settings.transparencyPercent = percent;
-  LONG_PTR style = GetWindowLongPtrW(window, GWL_EXSTYLE);
-  if (percent == 0) {
-    SetWindowLongPtrW(window, GWL_EXSTYLE, style & ~static_cast<LONG_PTR>(WS_EX_LAYERED));
-  } else {
-    SetWindowLongPtrW(window, GWL_EXSTYLE, style | WS_EX_LAYERED);
-    SetLayeredWindowAttributes(window, 0, TransparencyAlpha(percent), LWA_ALPHA);
-  }
+  ApplyTransparency(window, percent);
   SaveSettings(g_settings);
+}
+
+// The views above the presentation layer that follow the editor's font.
+void RefreshFontViews() {
+  RefreshMarginWidth();
+  ApplyPanelTheme();
 }
 
 void ToggleLineNumbers(HWND window) {
@@ -109,6 +110,24 @@ void PreviewMarkdown(HWND window) {
 }
 
 }  // namespace
+
+void ApplyTransparency(HWND window, unsigned percent) {
+  LONG_PTR style = GetWindowLongPtrW(window, GWL_EXSTYLE);
+  if (percent == 0) {
+    SetWindowLongPtrW(window, GWL_EXSTYLE, style & ~static_cast<LONG_PTR>(WS_EX_LAYERED));
+  } else {
+    SetWindowLongPtrW(window, GWL_EXSTYLE, style | WS_EX_LAYERED);
+    SetLayeredWindowAttributes(window, 0, TransparencyAlpha(percent), LWA_ALPHA);
+  }
+}
+
+bool OpenFontDialog(HWND owner) {
+  FontDialogHooks hooks;
+  hooks.refreshViews = RefreshFontViews;
+  hooks.updateStatusFont = UpdateStatusFont;
+  SetFontDialogHooks(hooks);
+  return ShowFontDialog(owner);
+}
 
 void NewDocument(HWND window) {
   if (!ConfirmDiscardOrSave(window)) return;
@@ -157,7 +176,7 @@ bool HandleCommand(HWND window, int id) {
     return true;
   }
   switch (id) {
-    case kCmdFont: ShowFontDialog(window); return true;
+    case kCmdFont: OpenFontDialog(window); return true;
     case kCmdPrintPreview: ShowPrintPreview(window); return true;
     case kCmdPrint: PrintDocument(window); return true;
     case kCmdPageSetup: ShowPageSetup(window); return true;

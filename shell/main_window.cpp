@@ -38,7 +38,6 @@
 #include "shell/editor_menu.h"
 #include "shell/layout.h"
 #include "shell/open_document.h"
-#include "shell/pending_entries.h"
 #include "shell/shell.h"
 #include "shell/toolbar.h"
 #include "shell/typewriter.h"

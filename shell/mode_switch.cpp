@@ -13,7 +13,8 @@ namespace {
 
 constexpr int kUnsetPanelPercent = 320;  // stands only until the next layout
 
-void SwitchToClassic(HWND window) {
+// The panel goes, with the chat saved and any generation cancelled.
+void EnterClassic(HWND window) {
   g_settings.editorMode = 0;
   if (g_hwndAiPanel) {
     if (g_settings.keepHistory) SaveCurrentChat(GetChatHistory());
@@ -22,12 +23,10 @@ void SwitchToClassic(HWND window) {
   g_aiCancelRequested.exchange(1);
   SetToolbarMode(false);
   SendMessageW(window, WM_SIZE, 0, 0);
-  SaveSettings(g_settings);
-  PostMessageW(window, WM_SIZE, 0, 0);
 }
 
-void SwitchToAiMod(HWND window) {
-  if (!ConfirmDiscardOrSave(window)) return;
+// The panel comes, made on first use, with the current chat in it.
+void EnterAiMod(HWND window) {
   g_settings.editorMode = 1;
   bool panel = g_hwndAiPanel != nullptr || CreateAiPanel(window) != nullptr;
   if (panel) {
@@ -39,6 +38,17 @@ void SwitchToAiMod(HWND window) {
     RedrawWindow(g_hwndAiPanel, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
     PostMessageW(window, WM_AI_STATUS_REFRESH, 0, 0);
   }
+}
+
+void SwitchToClassic(HWND window) {
+  EnterClassic(window);
+  SaveSettings(g_settings);
+  PostMessageW(window, WM_SIZE, 0, 0);
+}
+
+void SwitchToAiMod(HWND window) {
+  if (!ConfirmDiscardOrSave(window)) return;
+  EnterAiMod(window);
   if (g_isOnline.load()) {
     ShowMessageBox(window, kBoxOk, L"Tavro AI Mod", L"AI Mod successfully enabled.\n\nClick OK to continue.");
   } else {
@@ -56,4 +66,13 @@ void SwitchToAiMod(HWND window) {
 void SwitchEditorMode(HWND window) {
   if (g_settings.editorMode == 1) SwitchToClassic(window);
   else SwitchToAiMod(window);
+}
+
+void SetEditorModeQuietly(HWND window, bool aiMod) {
+  if (aiMod) {
+    EnterAiMod(window);
+    SetToolbarMode(true);
+  } else {
+    EnterClassic(window);
+  }
 }

@@ -6,3 +6,7 @@
 // Command 4021: to Classic without a question; to AI Mod after the save
 // question, with the panel made on first use and a closing message box.
 void SwitchEditorMode(HWND window);
+
+// The Settings dialog's switch, after its own save question: the same steps
+// without the closing box and without saving the settings.
+void SetEditorModeQuietly(HWND window, bool aiMod);

@@ -637,6 +637,18 @@ class TavroSession:
         folder = self.appdata / "Tavro"
         return folder / "tavro.cfg" if not profile else folder / "profiles" / f"tavro_{profile}.cfg"
 
+    def start_with_settings(self, changes, *args):
+        """Tavro started on a settings file the test wrote: a first run makes
+        the file and ends, the changes go in while no instance runs, then
+        the program starts again with args."""
+        self.start()
+        self.post(self.main_window(), WM_CLOSE)
+        if self.wait_exit() != 0:
+            raise AssertionError("the first run did not end cleanly")
+        self.process = None
+        self.patch_settings(changes)
+        return self.start(*args)
+
     def patch_settings(self, changes, profile=None):
         """Writes payload bytes at payload offsets and a fresh checksum, as
         the program would, keeping the file read-only afterwards."""

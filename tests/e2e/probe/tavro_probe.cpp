@@ -484,6 +484,42 @@ void Handle(const std::vector<std::string>& f) {
                       static_cast<int>(Number(arg(4))), static_cast<int>(Number(arg(5))), SWP_NOZORDER | SWP_NOACTIVATE))
       return Reply("err", std::to_string(GetLastError()));
     Reply("ok", "");
+  } else if (verb == "font-families") {
+    // font-families: every family EnumFontFamiliesExW reports for
+    // DEFAULT_CHARSET, one a line as "TYPE NAME" (TYPE: 4 TrueType, 1 raster).
+    LOGFONTW wanted = {};
+    wanted.lfCharSet = DEFAULT_CHARSET;
+    std::wstring rows;
+    HDC dc = GetDC(nullptr);
+    EnumFontFamiliesExW(
+        dc, &wanted,
+        [](const LOGFONTW* font, const TEXTMETRICW*, DWORD type, LPARAM lParam) -> int {
+          *reinterpret_cast<std::wstring*>(lParam) += std::to_wstring(type) + L" " + font->lfFaceName + L"\n";
+          return 1;
+        },
+        reinterpret_cast<LPARAM>(&rows), 0);
+    ReleaseDC(nullptr, dc);
+    Reply("ok", Escape(rows));
+  } else if (verb == "font-face") {
+    // font-face NAME: the face GDI really selects when asked for NAME.
+    HDC dc = GetDC(nullptr);
+    HFONT font = CreateFontW(-16, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                             CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, ToWide(arg(1)).c_str());
+    HGDIOBJ old = SelectObject(dc, font);
+    wchar_t face[LF_FACESIZE] = {};
+    GetTextFaceW(dc, LF_FACESIZE, face);
+    SelectObject(dc, old);
+    DeleteObject(font);
+    ReleaseDC(nullptr, dc);
+    Reply("ok", Escape(face));
+  } else if (verb == "layered-alpha") {
+    // layered-alpha HWND: the alpha a layered window was given, or -1 when
+    // it has no LWA_ALPHA attributes (or isn't layered).
+    BYTE alpha = 0;
+    DWORD flags = 0;
+    if (!GetLayeredWindowAttributes(ToWindow(arg(1)), nullptr, &alpha, &flags) || !(flags & LWA_ALPHA))
+      return Reply("ok", "-1");
+    Reply("ok", std::to_string(alpha));
   } else if (verb == "exstyle") {
     Reply("ok", std::to_string(static_cast<long long>(GetWindowLongPtrW(ToWindow(arg(1)), GWL_EXSTYLE))));
   } else if (verb == "add-root-cert") {
