@@ -2,9 +2,12 @@
 
 #include <windowsx.h>
 
+#include <cwchar>
+
 #include "base/app_state.h"
 #include "base/messages.h"
 #include "export/export_note.h"
+#include "export/pdf_export.h"
 #include "export/progress_text.h"
 #include "presentation/dialog_theme.h"
 #include "presentation/message_box.h"
@@ -40,11 +43,8 @@ void PlaceButton(HWND dialog, ProgressDialogState& state) {
   state.buttonRect.top = state.buttonRect.bottom - height;
 }
 
-void OnInit(HWND dialog, ExportJob* job, bool rtf) {
-  auto* state = new ProgressDialogState();
-  state->job = job;
-  state->status = rtf ? L"Preparing RTF..." : L"Preparing...";
-  if (rtf) SetWindowTextW(dialog, L"Tavro - RTF Export");
+// The look and the painted button, common to every job.
+void SetUpChrome(HWND dialog, ProgressDialogState* state) {
   SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
   const ThemeColors& row = CurrentTheme();
   state->backgroundBrush = CreateSolidBrush(row.dialogBackground);
@@ -53,6 +53,19 @@ void OnInit(HWND dialog, ExportJob* job, bool rtf) {
   // The dialog paints its own button.
   if (HWND button = GetDlgItem(dialog, IDCANCEL)) ShowWindow(button, SW_HIDE);
   PlaceButton(dialog, *state);
+}
+
+void FinishSetUp(HWND dialog) {
+  if (CurrentTheme().isDark & 0xFF) SetDarkTitleAttribute(dialog, true);
+  CentreOnOwner(dialog);
+}
+
+void OnInit(HWND dialog, ExportJob* job, bool rtf) {
+  auto* state = new ProgressDialogState();
+  state->job = job;
+  state->status = rtf ? L"Preparing RTF..." : L"Preparing...";
+  if (rtf) SetWindowTextW(dialog, L"Tavro - RTF Export");
+  SetUpChrome(dialog, state);
   job->dialog.store(dialog);
   job->startTicks = GetTickCount64();
   // The RTF dialog says it is ready once its set-up has run to the end.
@@ -60,8 +73,18 @@ void OnInit(HWND dialog, ExportJob* job, bool rtf) {
     PostMessageW(dialog, WM_RTF_READY, 0, 0);
   else
     SetEvent(job->readyEvent);
-  if (row.isDark & 0xFF) SetDarkTitleAttribute(dialog, true);
-  CentreOnOwner(dialog);
+  FinishSetUp(dialog);
+}
+
+void OnPdfInit(HWND dialog, PdfExportJob* job) {
+  auto* state = new ProgressDialogState();
+  state->pdfJob = job;
+  state->status = L"Preparing...";
+  SetUpChrome(dialog, state);
+  job->dialog.store(dialog);
+  job->startTicks = GetTickCount64();
+  SetEvent(job->readyEvent);
+  FinishSetUp(dialog);
 }
 
 void Paint(HWND dialog, ProgressDialogState& state) {
@@ -118,7 +141,13 @@ void RepaintButton(HWND dialog, const ProgressDialogState& state) { InvalidateRe
 void StartCancel(HWND dialog, ProgressDialogState& state) {
   state.buttonEnabled = false;
   state.cancelled = true;
-  SetEvent(state.job->cancelEvent);
+  if (state.pdfJob) {
+    SetEvent(state.pdfJob->cancelEvent);
+    // A worker waiting for a batch wakes at once.
+    if (state.pdfJob->batchReadyEvent) SetEvent(state.pdfJob->batchReadyEvent);
+  } else {
+    SetEvent(state.job->cancelEvent);
+  }
   state.status = L"Cancelling...";
   InvalidateRect(dialog, nullptr, FALSE);
   UpdateWindow(dialog);
@@ -254,6 +283,64 @@ INT_PTR CALLBACK RtfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPA
   return ExportProgressDialog(dialog, message, wParam, lParam);
 }
 
+// The PDF job's dialog: pages, batches on request, the final stage, and the
+// removal of a file whose export was cancelled after its document ended.
+void OnPdfFinished(HWND dialog, ProgressDialogState& state, WPARAM result) {
+  PdfExportJob& job = *state.pdfJob;
+  if (state.finalizing && state.cancelled) DeleteFileW(job.outputPath.c_str());
+  const WPARAM outcome = state.cancelled ? 0 : result;
+  const uint64_t elapsed = GetTickCount64() - job.startTicks;
+  wchar_t line[96];
+  swprintf(line, 96, L"[PdfProgressDialog] Export ended, result %d\n", static_cast<int>(outcome));
+  OutputDebugStringW(line);
+  PostMessageW(job.owner, WM_PDF_EXPORT_FINISHED, outcome, static_cast<LPARAM>(elapsed));
+  EndDialog(dialog, outcome > 0 ? 1 : 2);
+}
+
+INT_PTR CALLBACK PdfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_INITDIALOG) {
+    OnPdfInit(dialog, reinterpret_cast<PdfExportJob*>(lParam));
+    return TRUE;
+  }
+  ProgressDialogState* state = StateOf(dialog);
+  if (!state || !state->pdfJob) return FALSE;
+  PdfExportJob& job = *state->pdfJob;
+  switch (message) {
+    case WM_EXPORT_PROGRESS: {
+      state->status = PdfPageStatusText(static_cast<int32_t>(wParam));
+      OutputDebugStringW((L"[PdfProgressDialog] " + state->status + L"\n").c_str());
+      InvalidateRect(dialog, nullptr, FALSE);
+      return TRUE;
+    }
+    case WM_PDF_BATCH_REQUEST:
+      if (!state->cancelled) {
+        FillPdfBatch(job);
+        SetEvent(job.batchReadyEvent);
+      } else {
+        SetEvent(job.cancelEvent);
+      }
+      return TRUE;
+    case WM_PDF_FINAL_STAGE:
+      state->finalizing = true;
+      state->status = kPdfFinalizingText;
+      InvalidateRect(dialog, nullptr, FALSE);
+      return TRUE;
+    case WM_PDF_EXPORT_FINISHED:
+      OnPdfFinished(dialog, *state, wParam);
+      return TRUE;
+    case WM_EXPORT_LINE:
+    case WM_HTML_EXPORT_FINISHED:
+      return TRUE;
+    case WM_DESTROY: {
+      PdfExportJob* owned = state->pdfJob;
+      ExportProgressDialog(dialog, message, wParam, lParam);
+      FreePdfExportJob(owned);
+      return TRUE;
+    }
+  }
+  return ExportProgressDialog(dialog, message, wParam, lParam);
+}
+
 }  // namespace
 
 void PostToExportDialog(ExportJob& job, UINT message, WPARAM wParam) {
@@ -269,4 +356,9 @@ INT_PTR RunExportProgressDialog(ExportJob& job) {
 INT_PTR RunRtfProgressDialog(ExportJob& job) {
   return DialogBoxParamW(g_hInstance, MAKEINTRESOURCEW(IDD_EXPORT_PROGRESS), job.owner, RtfProgressDialog,
                          reinterpret_cast<LPARAM>(&job));
+}
+
+INT_PTR RunPdfProgressDialog(PdfExportJob* job) {
+  return DialogBoxParamW(g_hInstance, MAKEINTRESOURCEW(IDD_EXPORT_PROGRESS), job->owner, PdfProgressDialog,
+                         reinterpret_cast<LPARAM>(job));
 }

@@ -25,9 +25,12 @@ struct ExportJob {
   uint8_t isPreview = 0;
 };
 
+struct PdfExportJob;
+
 // The dialog's own record, from WM_INITDIALOG to WM_DESTROY.
 struct ProgressDialogState {
   ExportJob* job = nullptr;  // not owned
+  PdfExportJob* pdfJob = nullptr;  // the PDF dialog's job instead, owned
   bool cancelled = false;
   bool buttonHovered = false;
   bool buttonPressed = false;
@@ -55,3 +58,7 @@ constexpr UINT WM_RTF_READY = WM_USER + 125;     // the dialog to itself at the 
 // The same dialog for the RTF writer: titled "Tavro - RTF Export", it shows
 // the percentage of bytes written, and its end posts nothing to the owner.
 INT_PTR RunRtfProgressDialog(ExportJob& job);
+
+// The same dialog for PDF export: pages, batches on request and the final
+// stage; it owns the job and frees it when it closes.
+INT_PTR RunPdfProgressDialog(PdfExportJob* job);
