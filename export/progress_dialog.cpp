@@ -323,6 +323,7 @@ INT_PTR CALLBACK PdfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPA
     case WM_PDF_FINAL_STAGE:
       state->finalizing = true;
       state->status = kPdfFinalizingText;
+      OutputDebugStringW(L"[PdfProgressDialog] Final stage\n");
       InvalidateRect(dialog, nullptr, FALSE);
       return TRUE;
     case WM_PDF_EXPORT_FINISHED:
