@@ -180,9 +180,12 @@ class ExportTest(TavroTestCase):
         self.answer(BOX_TITLE, "File exported successfully as plain text.", "OK")
         self.assertEqual(txt.read_bytes(), TEXT.encode("utf-8"))
 
-        # PDF has no writer yet: no save dialog, one debug line.
+        # PDF has a save step of its own; cancelling it ends the export.
         self.tavro.command(main, EXPORT_PDF)
-        self.assertTrue(self.tavro.wait_log("[ExportPdf] not built yet\n"))
+        dialog, name = self.tavro.file_dialog("Export as PDF")
+        self.assertEqual(self.tavro.text(name), "notes")
+        self.tavro.press(dialog, "Cancel")
+        self.tavro.wait_gone(dialog)
         self.tavro.settle(main)
         self.assertEqual([r for r in self.tavro.windows("#32770") if r["text"] == SAVE_TITLE], [])
 
@@ -284,7 +287,7 @@ class ExportTest(TavroTestCase):
                     "Open as plain text in Tavro Viewer instead?", "No")
         self.tavro.settle(main)
         self.assertEqual(self.viewer_text(), [])
-        self.assertNotIn("[ExportPdf] not built yet\n", self.tavro.log_lines())
+        self.assertEqual([r for r in self.tavro.windows("#32770") if r["text"] == "Export as PDF"], [])
 
     def click_cancel(self, dialog):
         width, height, x, y = self.tavro.client(dialog)
