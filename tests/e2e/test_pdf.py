@@ -278,6 +278,18 @@ class PdfTest(TavroTestCase):
         self.assertTrue(self.no_window(SAVE_TITLE))
         self.assertTrue(self.no_window(PROGRESS_TITLE))
 
+    def test_a_large_markdown_file_gets_no_size_question(self):
+        text = "\r\n".join(f"Paragraph {n:05d} " + "m" * 113 for n in range(9000))  # over 1,000,000 bytes
+        main = self.open_document("big.md", text)
+        self.tavro.command(main, EXPORT_PDF)
+        dialog, name = self.tavro.file_dialog(MARKDOWN_SAVE_TITLE)
+        self.assertEqual(self.tavro.text(name), "big.pdf")
+        self.assertTrue(self.no_window(BOX_TITLE))
+        self.tavro.press(dialog, "Cancel")
+        self.tavro.wait_gone(dialog)
+        self.tavro.settle(main)
+        self.assertTrue(self.no_window(PROGRESS_TITLE))
+
 
 if __name__ == "__main__":
     harness.main()
