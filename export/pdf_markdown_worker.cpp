@@ -7,6 +7,7 @@
 
 #include "base/messages.h"
 #include "export/markdown_fonts.h"
+#include "presentation/presentation.h"
 #include "presentation/themes.h"
 
 namespace {
@@ -15,15 +16,6 @@ int32_t TextWidth(HDC dc, const std::wstring& text) {
   SIZE extent = {};
   GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
   return extent.cx;
-}
-
-void Line(HDC dc, int32_t penWidth, COLORREF colour, int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
-  HPEN pen = CreatePen(PS_SOLID, penWidth, colour);
-  HGDIOBJ old = SelectObject(dc, pen);
-  MoveToEx(dc, x1, y1, nullptr);
-  LineTo(dc, x2, y2);
-  SelectObject(dc, old);
-  DeleteObject(pen);
 }
 
 // One text line: its marker, its runs, and under a first-level heading a rule.
@@ -39,11 +31,11 @@ void DrawTextLine(HDC dc, const MarkdownLine& line, const std::vector<HFONT>& fo
     TextOutW(dc, frame.left, y, marker.c_str(), static_cast<int>(marker.size()));
   } else if (line.type == MarkdownBlockType::Quote) {
     const int32_t x = frame.left + PdfUnits(1, dpiX);
-    Line(dc, PdfUnits(1, dpiX), row.separator, x, y, x, y + height);
+    DrawPenLine(dc, x, y, x, y + height, row.separator, PdfUnits(1, dpiX));
   }
   if (line.type == MarkdownBlockType::Heading1) {
     const int32_t ruleY = y + height + PdfUnits(1, dpiX);
-    Line(dc, 1, row.separator, frame.left, ruleY, frame.right, ruleY);
+    DrawPenLine(dc, frame.left, ruleY, frame.right, ruleY, row.separator, 1);
   }
   const bool heading = line.type == MarkdownBlockType::Heading1 || line.type == MarkdownBlockType::Heading2 ||
                        line.type == MarkdownBlockType::Heading3;
@@ -143,7 +135,7 @@ DWORD WINAPI MarkdownPdfWorker(void* parameter) {
     if (line.type == MarkdownBlockType::Empty) continue;
     if (line.isRule) {
       const int32_t ruleY = place.y + PdfUnits(2, dpiX);
-      Line(dc, 1, row.separator, frame.left, ruleY, frame.right, ruleY);
+      DrawPenLine(dc, frame.left, ruleY, frame.right, ruleY, row.separator, 1);
       continue;
     }
     DrawTextLine(dc, line, fontsOf(i), baseFont, frame, dpiX, place.y, place.height, row);

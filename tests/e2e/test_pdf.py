@@ -6,11 +6,10 @@ import re
 import subprocess
 
 import harness
-from harness import TavroTestCase, printed_pages, printed_page_png, windows_path
+from harness import TavroTestCase, printed_pages, printed_page_png
+import test_export  # its ways of opening a document and pressing the painted Cancel
 
-WM_COMMAND = 0x0111
 EXPORT_PDF = 6667
-THEME_DARK = 3101
 SAVE_TITLE = "Export as PDF"
 MARKDOWN_SAVE_TITLE = "Save PDF \u00e2\u20ac\u201d Tavro"
 BOX_TITLE = "Tavro - PDF Export"
@@ -36,13 +35,8 @@ MARKDOWN = "\r\n".join(
 
 
 class PdfTest(TavroTestCase):
-    def open_document(self, name, text):
-        doc = self.write_file(name, text)
-        self.tavro.start(windows_path(doc))
-        main = self.tavro.main_window()
-        self.tavro.wait_for(lambda: self.tavro.title(main), f"Tavro - {name}")
-        self.tavro.send(main, WM_COMMAND, THEME_DARK, 0)
-        return main
+    open_document = test_export.ExportTest.open_document
+    click_cancel = test_export.ExportTest.click_cancel
 
     def save_as(self, title, target, proposed):
         dialog, name = self.tavro.file_dialog(title)
@@ -77,11 +71,6 @@ class PdfTest(TavroTestCase):
 
     def no_window(self, title):
         return [r for r in self.tavro.windows("") if r["text"] == title] == []
-
-    def click_cancel(self, dialog):
-        width, height, x, y = self.tavro.client(dialog)
-        # The painted Cancel: centred, its bottom 10 pixels above the client's.
-        self.tavro.x_input(dialog, ("mousemove", x + width // 2, y + height - 21, "click", 1))
 
     def colours(self, png):
         """Each colour of a picture with its pixel count."""

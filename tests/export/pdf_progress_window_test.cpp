@@ -13,22 +13,13 @@
 #include "Scintilla.h"
 #include "base/app_state.h"
 #include "base/messages.h"
+#include "tests/common/owner_window.h"
 #include "export/pdf_export.h"
 #include "export/progress_dialog.h"
 #include "tests/common/scintilla_dll.h"
 #include "tests/common/test_folder.h"
 
 namespace {
-
-HWND MakeOwner() {
-  WNDCLASSW wc = {};
-  wc.lpfnWndProc = DefWindowProcW;
-  wc.hInstance = GetModuleHandleW(nullptr);
-  wc.lpszClassName = L"PdfProgressTestOwner";
-  RegisterClassW(&wc);  // fails harmlessly once registered
-  return CreateWindowExW(0, wc.lpszClassName, L"owner", WS_OVERLAPPEDWINDOW, 100, 100, 800, 600, nullptr, nullptr,
-                         wc.hInstance, nullptr);
-}
 
 struct Worker {
   PdfExportJob* job = nullptr;
@@ -54,7 +45,7 @@ class PdfProgress : public ::testing::Test {
     g_hInstance = GetModuleHandleW(nullptr);
     scintilla_ = LoadScintillaDll();
     ASSERT_NE(scintilla_, nullptr);
-    owner_ = MakeOwner();
+    owner_ = MakeOwnerWindow(L"PdfProgressTestOwner");
     editor_ = CreateWindowExW(0, L"Scintilla", L"", WS_POPUP, 0, 0, 400, 300, nullptr, nullptr, nullptr, nullptr);
     ASSERT_NE(editor_, nullptr);
     SendMessageW(editor_, SCI_SETCODEPAGE, 65001, 0);

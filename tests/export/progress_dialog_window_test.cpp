@@ -11,19 +11,10 @@
 
 #include "base/app_state.h"
 #include "base/messages.h"
+#include "tests/common/owner_window.h"
 #include "export/export_note.h"
 
 namespace {
-
-HWND MakeOwner() {
-  WNDCLASSW wc = {};
-  wc.lpfnWndProc = DefWindowProcW;
-  wc.hInstance = GetModuleHandleW(nullptr);
-  wc.lpszClassName = L"ProgressDialogTestOwner";
-  RegisterClassW(&wc);  // fails harmlessly once registered
-  return CreateWindowExW(0, wc.lpszClassName, L"owner", WS_OVERLAPPEDWINDOW, 100, 100, 800, 600, nullptr, nullptr,
-                         wc.hInstance, nullptr);
-}
 
 // What the stand-in worker does once the dialog is ready; it runs on a thread
 // of its own while the test's thread runs the modal dialog.
@@ -49,7 +40,7 @@ class ProgressDialog : public ::testing::Test {
  protected:
   void SetUp() override {
     g_hInstance = GetModuleHandleW(nullptr);
-    owner_ = MakeOwner();
+    owner_ = MakeOwnerWindow(L"ProgressDialogTestOwner");
     ASSERT_NE(owner_, nullptr);
     job_.owner = owner_;
     job_.outputPath = L"C:\\out\\page.html";
