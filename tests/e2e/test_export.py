@@ -294,6 +294,16 @@ class ExportTest(TavroTestCase):
         # The painted Cancel: centred, its bottom 10 pixels above the client's.
         self.tavro.x_input(dialog, ("mousemove", x + width // 2, y + height - 21, "click", 1))
 
+    def cancel_held_worker(self, progress):
+        """Cancel while the worker is held at its birth, then its release: the
+        dialog stays until the worker's end."""
+        self.tavro.wait_until(lambda: self.tavro.request("held-thread") != "0", what="the worker held")
+        self.click_cancel(progress)
+        self.tavro.settle(progress)
+        self.assertTrue(self.tavro.alive(progress))  # only the worker's end closes it
+        self.tavro.request("release-thread")
+        self.tavro.wait_gone(progress)
+
     def test_cancel_during_styled_html_leaves_the_earlier_file(self):
         main = self.open_document("notes.txt", TEXT)
         target = self.write_file("kept.html", b"earlier")
@@ -308,12 +318,7 @@ class ExportTest(TavroTestCase):
             what="the question whether to replace the file")
         self.tavro.press(confirm, "Yes")
         progress = self.tavro.find_dialog("Exporting PDF")
-        self.tavro.wait_until(lambda: self.tavro.request("held-thread") != "0", what="the worker held")
-        self.click_cancel(progress)
-        self.tavro.settle(progress)
-        self.assertTrue(self.tavro.alive(progress))  # only the worker's end closes it
-        self.tavro.request("release-thread")
-        self.tavro.wait_gone(progress)
+        self.cancel_held_worker(progress)
         self.tavro.settle(main)
         self.assertEqual(target.read_bytes(), b"earlier")
         self.assertEqual([r for r in self.tavro.windows("") if r["text"] == "Tavro - HTML Export"], [])
@@ -340,12 +345,7 @@ class ExportTest(TavroTestCase):
         cancelled = self.tavro.work / "cancelled.rtf"
         self.save_through_dialog(cancelled, "big.rtf")
         progress = self.tavro.find_dialog("Tavro - RTF Export")
-        self.tavro.wait_until(lambda: self.tavro.request("held-thread") != "0", what="the worker held")
-        self.click_cancel(progress)
-        self.tavro.settle(progress)
-        self.assertTrue(self.tavro.alive(progress))
-        self.tavro.request("release-thread")
-        self.tavro.wait_gone(progress)
+        self.cancel_held_worker(progress)
         self.answer(BOX_TITLE, "RTF export failed or was cancelled.", "OK")
         self.assertFalse(cancelled.exists())
 

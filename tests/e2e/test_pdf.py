@@ -37,6 +37,7 @@ MARKDOWN = "\r\n".join(
 class PdfTest(TavroTestCase):
     open_document = test_export.ExportTest.open_document
     click_cancel = test_export.ExportTest.click_cancel
+    cancel_held_worker = test_export.ExportTest.cancel_held_worker
 
     def save_as(self, title, target, proposed):
         dialog, name = self.tavro.file_dialog(title)
@@ -181,12 +182,7 @@ class PdfTest(TavroTestCase):
         target = self.tavro.work / "held.pdf"
         self.save_as(SAVE_TITLE, target, "sample")
         progress = self.tavro.find_dialog(PROGRESS_TITLE)
-        self.tavro.wait_until(lambda: self.tavro.request("held-thread") != "0", what="the worker held")
-        self.click_cancel(progress)
-        self.tavro.settle(progress)
-        self.assertTrue(self.tavro.alive(progress))  # only the worker's end closes it
-        self.tavro.request("release-thread")
-        self.tavro.wait_gone(progress)
+        self.cancel_held_worker(progress)
         self.tavro.wait_log("[CodePdfWorker] Export abandoned\n")
         self.tavro.wait_log("[PdfProgressDialog] Export ended, result 0\n")
         self.tavro.settle(main)
