@@ -89,27 +89,24 @@ DWORD WINAPI MarkdownPdfWorker(void* parameter) {
   task->text.clear();
 
   const int32_t baseRow = PdfRowHeight(dc, baseFont);
-  std::vector<std::vector<HFONT>> lineFonts(lines.size());
-  auto fontsOf = [&](size_t index) -> const std::vector<HFONT>& {
-    std::vector<HFONT>& fonts = lineFonts[index];
-    if (fonts.empty())
-      for (const MarkdownRun& run : lines[index].runs)
-        fonts.push_back(CreateMarkdownFont(dc, run.fontName, run.pointSize, run.bold != 0, run.italic != 0));
+  // Each run's font, made for the line that needs it and deleted after.
+  auto makeFonts = [&](const MarkdownLine& line) {
+    std::vector<HFONT> fonts;
+    for (const MarkdownRun& run : line.runs)
+      fonts.push_back(CreateMarkdownFont(dc, run.fontName, run.pointSize, run.bold != 0, run.italic != 0));
     return fonts;
   };
-  auto releaseFonts = [&](size_t index) {
-    for (HFONT font : lineFonts[index]) DeleteObject(font);
-    lineFonts[index].clear();
+  auto deleteFonts = [](const std::vector<HFONT>& fonts) {
+    for (HFONT font : fonts) DeleteObject(font);
   };
-  // The placing walks `lines` itself, so a line's index is its offset.
   const auto places = PlaceMarkdownPdfLines(lines, frame, dpiX, baseRow, [&](const MarkdownLine& line) {
-    size_t index = static_cast<size_t>(&line - lines.data());
     int32_t height = baseRow;
-    for (HFONT font : fontsOf(index)) {
+    const std::vector<HFONT> fonts = makeFonts(line);
+    for (HFONT font : fonts) {
       const int32_t h = PdfRowHeight(dc, font);
       if (h > height) height = h;
     }
-    releaseFonts(index);
+    deleteFonts(fonts);
     return height;
   });
 
@@ -138,8 +135,10 @@ DWORD WINAPI MarkdownPdfWorker(void* parameter) {
       DrawPenLine(dc, frame.left, ruleY, frame.right, ruleY, row.separator, 1);
       continue;
     }
-    DrawTextLine(dc, line, fontsOf(i), baseFont, frame, dpiX, place.y, place.height, row);
-    releaseFonts(i);
+    const std::vector<HFONT> fonts = makeFonts(line);
+    DrawTextLine(dc, line, fonts, baseFont, frame, dpiX, place.y, place.height, row);
+    SelectObject(dc, baseFont);  // a font still selected can't be deleted
+    deleteFonts(fonts);
   }
   if (pageOpen) {
     DrawPdfFooter(dc, frame, footerFont, page);
