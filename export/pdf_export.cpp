@@ -8,7 +8,6 @@
 #include "document/document.h"
 #include "export/editor_styles.h"
 #include "export/export_document.h"
-#include "export/progress_dialog.h"
 #include "export/viewer_handoff.h"
 #include "presentation/message_box.h"
 #include "settings/settings.h"

@@ -63,6 +63,9 @@ struct MarkdownPdfTask {
   std::wstring text;
 };
 
+// Runs the PDF progress dialog modally; it frees the job when it closes.
+INT_PTR RunPdfProgressDialog(PdfExportJob* job);
+
 // The printer the export draws on.
 extern const wchar_t kPdfPrinterName[];
 

@@ -20,6 +20,10 @@ uint32_t MapColourForPaper(uint32_t colour) {
   return colour;
 }
 
+namespace {
+
+// (a × b) / c rounded half away from zero, -1 for a zero divisor or a result
+// beyond 32 bits: the platform's MulDiv, without the platform.
 int32_t MulDivRounded(int32_t a, int32_t b, int32_t c) {
   if (c == 0) return -1;
   const int64_t product = static_cast<int64_t>(a) * b;
@@ -31,6 +35,8 @@ int32_t MulDivRounded(int32_t a, int32_t b, int32_t c) {
   if (result > 2147483647LL || result < -2147483647LL) return -1;
   return static_cast<int32_t>(result);
 }
+
+}  // namespace
 
 int32_t PdfUnits(int32_t twentyFifths, int32_t dpiX) { return MulDivRounded(twentyFifths, dpiX, 25); }
 

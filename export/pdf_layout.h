@@ -19,10 +19,6 @@
 // to 45 per cent, very dark ones become black (0x00BBGGRR in and out).
 uint32_t MapColourForPaper(uint32_t colour);
 
-// (a × b) / c rounded half away from zero, -1 for a zero divisor or a result
-// beyond 32 bits: the arithmetic of the platform's MulDiv.
-int32_t MulDivRounded(int32_t a, int32_t b, int32_t c);
-
 // The page in printer units: fixed measures of 1/25 inch from the horizontal
 // resolution; the settings' page margins play no part.
 struct PdfFrame {
@@ -37,7 +33,8 @@ struct PdfFrame {
   int32_t textLimit = 0;   // no row reaches below this
 };
 
-// n/25 inch at this resolution.
+// n/25 inch at this resolution, as the platform's MulDiv(n, dpi, 25) gives
+// it: rounded half away from zero.
 int32_t PdfUnits(int32_t twentyFifths, int32_t dpiX);
 
 PdfFrame ComputePdfFrame(int32_t dpiX, int32_t physicalWidth, int32_t physicalHeight, int32_t offsetX,

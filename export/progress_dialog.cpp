@@ -2,12 +2,9 @@
 
 #include <windowsx.h>
 
-#include <cwchar>
-
 #include "base/app_state.h"
 #include "base/messages.h"
 #include "export/export_note.h"
-#include "export/pdf_export.h"
 #include "export/progress_text.h"
 #include "presentation/dialog_theme.h"
 #include "presentation/message_box.h"
@@ -18,10 +15,6 @@
 namespace {
 
 constexpr int kButtonCorner = 6;
-
-ProgressDialogState* StateOf(HWND dialog) {
-  return reinterpret_cast<ProgressDialogState*>(GetWindowLongPtrW(dialog, DWLP_USER));
-}
 
 HFONT MakeSegoeFont(HWND dialog) {
   HDC dc = GetDC(dialog);
@@ -43,29 +36,12 @@ void PlaceButton(HWND dialog, ProgressDialogState& state) {
   state.buttonRect.top = state.buttonRect.bottom - height;
 }
 
-// The look and the painted button, common to every job.
-void SetUpChrome(HWND dialog, ProgressDialogState* state) {
-  SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
-  const ThemeColors& row = CurrentTheme();
-  state->backgroundBrush = CreateSolidBrush(row.dialogBackground);
-  state->textFont = MakeSegoeFont(dialog);
-  state->buttonFont = MakeSegoeFont(dialog);
-  // The dialog paints its own button.
-  if (HWND button = GetDlgItem(dialog, IDCANCEL)) ShowWindow(button, SW_HIDE);
-  PlaceButton(dialog, *state);
-}
-
-void FinishSetUp(HWND dialog) {
-  if (CurrentTheme().isDark & 0xFF) SetDarkTitleAttribute(dialog, true);
-  CentreOnOwner(dialog);
-}
-
 void OnInit(HWND dialog, ExportJob* job, bool rtf) {
   auto* state = new ProgressDialogState();
   state->job = job;
+  state->cancelEvent = job->cancelEvent;
   state->status = rtf ? L"Preparing RTF..." : L"Preparing...";
-  if (rtf) SetWindowTextW(dialog, L"Tavro - RTF Export");
-  SetUpChrome(dialog, state);
+  SetUpProgressDialog(dialog, state, rtf ? L"Tavro - RTF Export" : nullptr);
   job->dialog.store(dialog);
   job->startTicks = GetTickCount64();
   // The RTF dialog says it is ready once its set-up has run to the end.
@@ -73,18 +49,6 @@ void OnInit(HWND dialog, ExportJob* job, bool rtf) {
     PostMessageW(dialog, WM_RTF_READY, 0, 0);
   else
     SetEvent(job->readyEvent);
-  FinishSetUp(dialog);
-}
-
-void OnPdfInit(HWND dialog, PdfExportJob* job) {
-  auto* state = new ProgressDialogState();
-  state->pdfJob = job;
-  state->status = L"Preparing...";
-  SetUpChrome(dialog, state);
-  job->dialog.store(dialog);
-  job->startTicks = GetTickCount64();
-  SetEvent(job->readyEvent);
-  FinishSetUp(dialog);
 }
 
 void Paint(HWND dialog, ProgressDialogState& state) {
@@ -112,16 +76,8 @@ void Paint(HWND dialog, ProgressDialogState& state) {
   DrawTextW(dc, state.status.c_str(), -1, &target, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
 
   const bool pressed = state.buttonPressed && state.buttonEnabled;
-  HBRUSH face = CreateSolidBrush(pressed ? row.controlHover : row.controlBackground);
-  HPEN border = CreatePen(PS_SOLID, 1, row.controlBorder);
-  HGDIOBJ oldBrush = SelectObject(dc, face);
-  HGDIOBJ oldPen = SelectObject(dc, border);
   const RECT& b = state.buttonRect;
-  RoundRect(dc, b.left, b.top, b.right, b.bottom, kButtonCorner, kButtonCorner);
-  SelectObject(dc, oldPen);
-  SelectObject(dc, oldBrush);
-  DeleteObject(border);
-  DeleteObject(face);
+  PaintRoundBox(dc, b, pressed ? row.controlHover : row.controlBackground, row.controlBorder, kButtonCorner);
   SelectObject(dc, state.buttonFont);
   SetTextColor(dc, !state.buttonEnabled ? row.mutedText : pressed ? row.controlTextActive : row.controlText);
   RECT label = b;
@@ -141,13 +97,7 @@ void RepaintButton(HWND dialog, const ProgressDialogState& state) { InvalidateRe
 void StartCancel(HWND dialog, ProgressDialogState& state) {
   state.buttonEnabled = false;
   state.cancelled = true;
-  if (state.pdfJob) {
-    SetEvent(state.pdfJob->cancelEvent);
-    // A worker waiting for a batch wakes at once.
-    if (state.pdfJob->batchReadyEvent) SetEvent(state.pdfJob->batchReadyEvent);
-  } else {
-    SetEvent(state.job->cancelEvent);
-  }
+  SetEvent(state.cancelEvent);
   state.status = L"Cancelling...";
   InvalidateRect(dialog, nullptr, FALSE);
   UpdateWindow(dialog);
@@ -182,76 +132,17 @@ INT_PTR CALLBACK ExportProgressDialog(HWND dialog, UINT message, WPARAM wParam, 
     OnInit(dialog, reinterpret_cast<ExportJob*>(lParam), false);
     return TRUE;
   }
-  ProgressDialogState* state = StateOf(dialog);
+  ProgressDialogState* state = ProgressStateOf(dialog);
   if (!state) return FALSE;
   switch (message) {
-    case WM_PAINT:
-      Paint(dialog, *state);
-      return TRUE;
-    case WM_ERASEBKGND:
-      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
-      return TRUE;
-    case WM_CLOSE:
-      return TRUE;  // the close box and Alt+F4 don't stop a job
-    case WM_COMMAND:
-      return TRUE;  // Esc and Enter neither: only the painted button cancels
-    case WM_LBUTTONDOWN:
-      if (state->buttonEnabled && InButton(*state, lParam)) {
-        state->buttonPressed = true;
-        SetCapture(dialog);
-        RepaintButton(dialog, *state);
-      }
-      return TRUE;
-    case WM_MOUSEMOVE: {
-      bool inside = InButton(*state, lParam);
-      if (inside != state->buttonHovered) {
-        state->buttonHovered = inside;
-        RepaintButton(dialog, *state);
-      }
-      TRACKMOUSEEVENT track = {sizeof(track), TME_LEAVE, dialog, 0};
-      TrackMouseEvent(&track);
-      return TRUE;
-    }
-    case WM_MOUSELEAVE:
-      state->buttonHovered = false;
-      state->buttonPressed = false;
-      RepaintButton(dialog, *state);
-      return TRUE;
-    case WM_LBUTTONUP: {
-      bool wasPressed = state->buttonPressed;
-      state->buttonPressed = false;
-      ReleaseCapture();
-      RepaintButton(dialog, *state);
-      if (wasPressed && InButton(*state, lParam) && state->buttonEnabled) StartCancel(dialog, *state);
-      return TRUE;
-    }
-    case WM_SETCURSOR: {
-      POINT point;
-      GetCursorPos(&point);
-      ScreenToClient(dialog, &point);
-      if (state->buttonEnabled && PtInRect(&state->buttonRect, point)) {
-        SetCursor(LoadCursorW(nullptr, IDC_HAND));
-        SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);
-        return TRUE;
-      }
-      return FALSE;
-    }
     case WM_EXPORT_LINE:
-      state->status = ExportStatusText(static_cast<int32_t>(wParam), state->job->lineCount);
-      InvalidateRect(dialog, nullptr, FALSE);
+      SetProgressStatus(dialog, *state, ExportStatusText(static_cast<int32_t>(wParam), state->job->lineCount));
       return TRUE;
     case WM_HTML_EXPORT_FINISHED:
       OnFinished(dialog, *state, wParam);
       return TRUE;
-    case WM_DESTROY:
-      DeleteObject(state->backgroundBrush);
-      DeleteObject(state->textFont);
-      DeleteObject(state->buttonFont);
-      SetWindowLongPtrW(dialog, DWLP_USER, 0);
-      delete state;
-      return TRUE;
   }
-  return FALSE;
+  return ProgressDialogMessage(dialog, message, wParam, lParam) ? TRUE : FALSE;
 }
 
 // The RTF writer's dialog: its own words and end, the rest as above.
@@ -260,7 +151,7 @@ INT_PTR CALLBACK RtfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPA
     OnInit(dialog, reinterpret_cast<ExportJob*>(lParam), true);
     return TRUE;
   }
-  ProgressDialogState* state = StateOf(dialog);
+  ProgressDialogState* state = ProgressStateOf(dialog);
   if (!state) return FALSE;
   switch (message) {
     case WM_RTF_READY:
@@ -268,8 +159,8 @@ INT_PTR CALLBACK RtfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPA
       return TRUE;
     case WM_RTF_PROGRESS: {
       const auto percent = static_cast<int>(static_cast<INT_PTR>(wParam));
-      state->status = percent < 0 ? L"Finalizing RTF..." : L"Writing RTF...  " + std::to_wstring(percent) + L"%";
-      InvalidateRect(dialog, nullptr, FALSE);
+      SetProgressStatus(dialog, *state,
+                        percent < 0 ? L"Finalizing RTF..." : L"Writing RTF...  " + std::to_wstring(percent) + L"%");
       return TRUE;
     }
     case WM_RTF_FINISHED:
@@ -283,66 +174,96 @@ INT_PTR CALLBACK RtfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPA
   return ExportProgressDialog(dialog, message, wParam, lParam);
 }
 
-// The PDF job's dialog: pages, batches on request, the final stage, and the
-// removal of a file whose export was cancelled after its document ended.
-void OnPdfFinished(HWND dialog, ProgressDialogState& state, WPARAM result) {
-  PdfExportJob& job = *state.pdfJob;
-  if (state.finalizing && state.cancelled) DeleteFileW(job.outputPath.c_str());
-  const WPARAM outcome = state.cancelled ? 0 : result;
-  const uint64_t elapsed = GetTickCount64() - job.startTicks;
-  wchar_t line[96];
-  swprintf(line, 96, L"[PdfProgressDialog] Export ended, result %d\n", static_cast<int>(outcome));
-  OutputDebugStringW(line);
-  PostMessageW(job.owner, WM_PDF_EXPORT_FINISHED, outcome, static_cast<LPARAM>(elapsed));
-  EndDialog(dialog, outcome > 0 ? 1 : 2);
-}
-
-INT_PTR CALLBACK PdfProgressDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) {
-    OnPdfInit(dialog, reinterpret_cast<PdfExportJob*>(lParam));
-    return TRUE;
-  }
-  ProgressDialogState* state = StateOf(dialog);
-  if (!state || !state->pdfJob) return FALSE;
-  PdfExportJob& job = *state->pdfJob;
-  switch (message) {
-    case WM_EXPORT_PROGRESS: {
-      state->status = PdfPageStatusText(static_cast<int32_t>(wParam));
-      OutputDebugStringW((L"[PdfProgressDialog] " + state->status + L"\n").c_str());
-      InvalidateRect(dialog, nullptr, FALSE);
-      return TRUE;
-    }
-    case WM_PDF_BATCH_REQUEST:
-      if (!state->cancelled) {
-        FillPdfBatch(job);
-        SetEvent(job.batchReadyEvent);
-      } else {
-        SetEvent(job.cancelEvent);
-      }
-      return TRUE;
-    case WM_PDF_FINAL_STAGE:
-      state->finalizing = true;
-      state->status = kPdfFinalizingText;
-      OutputDebugStringW(L"[PdfProgressDialog] Final stage\n");
-      InvalidateRect(dialog, nullptr, FALSE);
-      return TRUE;
-    case WM_PDF_EXPORT_FINISHED:
-      OnPdfFinished(dialog, *state, wParam);
-      return TRUE;
-    case WM_EXPORT_LINE:
-    case WM_HTML_EXPORT_FINISHED:
-      return TRUE;
-    case WM_DESTROY: {
-      PdfExportJob* owned = state->pdfJob;
-      ExportProgressDialog(dialog, message, wParam, lParam);
-      FreePdfExportJob(owned);
-      return TRUE;
-    }
-  }
-  return ExportProgressDialog(dialog, message, wParam, lParam);
-}
-
 }  // namespace
+
+ProgressDialogState* ProgressStateOf(HWND dialog) {
+  return reinterpret_cast<ProgressDialogState*>(GetWindowLongPtrW(dialog, DWLP_USER));
+}
+
+void SetUpProgressDialog(HWND dialog, ProgressDialogState* state, const wchar_t* title) {
+  if (title) SetWindowTextW(dialog, title);
+  SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(state));
+  const ThemeColors& row = CurrentTheme();
+  state->backgroundBrush = CreateSolidBrush(row.dialogBackground);
+  state->textFont = MakeSegoeFont(dialog);
+  state->buttonFont = MakeSegoeFont(dialog);
+  // The dialog paints its own button.
+  if (HWND button = GetDlgItem(dialog, IDCANCEL)) ShowWindow(button, SW_HIDE);
+  PlaceButton(dialog, *state);
+  if (row.isDark & 0xFF) SetDarkTitleAttribute(dialog, true);
+  CentreOnOwner(dialog);
+}
+
+void SetProgressStatus(HWND dialog, ProgressDialogState& state, std::wstring status) {
+  state.status = std::move(status);
+  InvalidateRect(dialog, nullptr, FALSE);
+}
+
+bool ProgressDialogMessage(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
+  ProgressDialogState* state = ProgressStateOf(dialog);
+  if (!state) return false;
+  switch (message) {
+    case WM_PAINT:
+      Paint(dialog, *state);
+      return true;
+    case WM_ERASEBKGND:
+      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
+      return true;
+    case WM_CLOSE:
+      return true;  // the close box and Alt+F4 don't stop a job
+    case WM_COMMAND:
+      return true;  // Esc and Enter neither: only the painted button cancels
+    case WM_LBUTTONDOWN:
+      if (state->buttonEnabled && InButton(*state, lParam)) {
+        state->buttonPressed = true;
+        SetCapture(dialog);
+        RepaintButton(dialog, *state);
+      }
+      return true;
+    case WM_MOUSEMOVE: {
+      bool inside = InButton(*state, lParam);
+      if (inside != state->buttonHovered) {
+        state->buttonHovered = inside;
+        RepaintButton(dialog, *state);
+      }
+      TRACKMOUSEEVENT track = {sizeof(track), TME_LEAVE, dialog, 0};
+      TrackMouseEvent(&track);
+      return true;
+    }
+    case WM_MOUSELEAVE:
+      state->buttonHovered = false;
+      state->buttonPressed = false;
+      RepaintButton(dialog, *state);
+      return true;
+    case WM_LBUTTONUP: {
+      bool wasPressed = state->buttonPressed;
+      state->buttonPressed = false;
+      ReleaseCapture();
+      RepaintButton(dialog, *state);
+      if (wasPressed && InButton(*state, lParam) && state->buttonEnabled) StartCancel(dialog, *state);
+      return true;
+    }
+    case WM_SETCURSOR: {
+      POINT point;
+      GetCursorPos(&point);
+      ScreenToClient(dialog, &point);
+      if (state->buttonEnabled && PtInRect(&state->buttonRect, point)) {
+        SetCursor(LoadCursorW(nullptr, IDC_HAND));
+        SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);
+        return true;
+      }
+      return false;
+    }
+    case WM_DESTROY:
+      DeleteObject(state->backgroundBrush);
+      DeleteObject(state->textFont);
+      DeleteObject(state->buttonFont);
+      SetWindowLongPtrW(dialog, DWLP_USER, 0);
+      delete state;
+      return true;
+  }
+  return false;
+}
 
 void PostToExportDialog(ExportJob& job, UINT message, WPARAM wParam) {
   HWND dialog = job.dialog.load();
@@ -357,9 +278,4 @@ INT_PTR RunExportProgressDialog(ExportJob& job) {
 INT_PTR RunRtfProgressDialog(ExportJob& job) {
   return DialogBoxParamW(g_hInstance, MAKEINTRESOURCEW(IDD_EXPORT_PROGRESS), job.owner, RtfProgressDialog,
                          reinterpret_cast<LPARAM>(&job));
-}
-
-INT_PTR RunPdfProgressDialog(PdfExportJob* job) {
-  return DialogBoxParamW(g_hInstance, MAKEINTRESOURCEW(IDD_EXPORT_PROGRESS), job->owner, PdfProgressDialog,
-                         reinterpret_cast<LPARAM>(job));
 }

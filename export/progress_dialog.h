@@ -25,23 +25,34 @@ struct ExportJob {
   uint8_t isPreview = 0;
 };
 
-struct PdfExportJob;
-
 // The dialog's own record, from WM_INITDIALOG to WM_DESTROY.
 struct ProgressDialogState {
   ExportJob* job = nullptr;  // not owned
-  PdfExportJob* pdfJob = nullptr;  // the PDF dialog's job instead, owned
   bool cancelled = false;
   bool buttonHovered = false;
   bool buttonPressed = false;
   bool buttonEnabled = true;
   bool finalizing = false;
+  HANDLE cancelEvent = nullptr;  // the job's, set by Cancel
   HBRUSH backgroundBrush = nullptr;
   HFONT textFont = nullptr;
   HFONT buttonFont = nullptr;
   std::wstring status;
   RECT buttonRect = {};
 };
+
+// What every progress dialog shares, for a dialog procedure of its own:
+// at WM_INITDIALOG, the state (made with new, freed at WM_DESTROY) with its
+// first status, the look, the painted button, the dark title bar and the
+// place on the owner; the title when one is given.
+void SetUpProgressDialog(HWND dialog, ProgressDialogState* state, const wchar_t* title);
+// Painting, the painted Cancel, and the close box, Esc and Enter that do
+// nothing. False for a message it leaves to the caller.
+bool ProgressDialogMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+// The state of a dialog set up as above, or null.
+ProgressDialogState* ProgressStateOf(HWND dialog);
+// A new status line, painted at once.
+void SetProgressStatus(HWND dialog, ProgressDialogState& state, std::wstring status);
 
 // Posts to the job's dialog when it exists; workers call nothing else on it.
 void PostToExportDialog(ExportJob& job, UINT message, WPARAM wParam);
@@ -58,7 +69,3 @@ constexpr UINT WM_RTF_READY = WM_USER + 125;     // the dialog to itself at the 
 // The same dialog for the RTF writer: titled "Tavro - RTF Export", it shows
 // the percentage of bytes written, and its end posts nothing to the owner.
 INT_PTR RunRtfProgressDialog(ExportJob& job);
-
-// The same dialog for PDF export: pages, batches on request and the final
-// stage; it owns the job and frees it when it closes.
-INT_PTR RunPdfProgressDialog(PdfExportJob* job);

@@ -166,3 +166,28 @@ void CentreOnOwner(HWND dialog) {
   if (y < monitor.rcWork.top) y = monitor.rcWork.top;
   SetWindowPos(dialog, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
+
+void PaintRoundBox(HDC dc, const RECT& box, COLORREF fill, COLORREF border, int corner) {
+  HBRUSH brush = CreateSolidBrush(fill);
+  HPEN pen = CreatePen(PS_SOLID, 1, border);
+  HGDIOBJ oldBrush = SelectObject(dc, brush);
+  HGDIOBJ oldPen = SelectObject(dc, pen);
+  RoundRect(dc, box.left, box.top, box.right, box.bottom, corner, corner);
+  SelectObject(dc, oldPen);
+  SelectObject(dc, oldBrush);
+  DeleteObject(pen);
+  DeleteObject(brush);
+}
+
+bool PaintedWindowMessage(HWND dialog, UINT message) {
+  switch (message) {
+    case WM_ERASEBKGND:
+      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
+      return true;
+    case WM_GETDLGCODE:
+      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, DLGC_WANTALLKEYS | DLGC_WANTARROWS);
+      return true;
+    default:
+      return false;
+  }
+}

@@ -28,6 +28,16 @@ bool DialogThemeMessage(const DialogTheme& theme, UINT message, WPARAM wParam, L
 // At WM_DESTROY: the class brush as it was, the objects deleted.
 void ReleaseDialogTheme(HWND dialog, DialogTheme& theme);
 
+// A rounded box of one-pixel border, as the painted buttons of the
+// program's dialogs are drawn; corner is RoundRect's ellipse size.
+void PaintRoundBox(HDC dc, const RECT& box, COLORREF fill, COLORREF border, int corner);
+
+// For a dialog painted by code with no controls: its background is never
+// erased (the painting covers it) and every key reaches it, arrows, pages and
+// Esc included, even through the dialog manager. True when the message was
+// one of those two and is answered (DWLP_MSGRESULT set).
+bool PaintedWindowMessage(HWND dialog, UINT message);
+
 // Centres a dialog on its owner (on the screen without one), kept within the
 // work area of the owner's monitor.
 void CentreOnOwner(HWND dialog);

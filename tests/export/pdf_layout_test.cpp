@@ -72,14 +72,14 @@ TEST(PdfColours, EdgesOfTheBrightnessRule) {
   EXPECT_EQ(MapColourForPaper(0), 0u);
 }
 
-TEST(PdfFrameArithmetic, MulDivRoundsHalfAwayFromZero) {
-  EXPECT_EQ(MulDivRounded(20, 96, 25), 77);  // 76.8
-  EXPECT_EQ(MulDivRounded(4, 96, 25), 15);   // 15.36
-  EXPECT_EQ(MulDivRounded(5, 5, 2), 13);     // 12.5
-  EXPECT_EQ(MulDivRounded(-5, 5, 2), -13);
-  EXPECT_EQ(MulDivRounded(5, -5, -2), 13);
-  EXPECT_EQ(MulDivRounded(1, 1, 0), -1);
-  EXPECT_EQ(MulDivRounded(2147483647, 2, 1), -1);
+TEST(PdfFrameArithmetic, TwentyFifthsRoundToNearestAwayFromZero) {
+  EXPECT_EQ(PdfUnits(20, 96), 77);  // 76.8
+  EXPECT_EQ(PdfUnits(6, 96), 23);   // 23.04
+  EXPECT_EQ(PdfUnits(4, 96), 15);   // 15.36
+  EXPECT_EQ(PdfUnits(1, 37), 1);    // 1.48
+  EXPECT_EQ(PdfUnits(1, 38), 2);    // 1.52
+  EXPECT_EQ(PdfUnits(-20, 96), -77);
+  EXPECT_EQ(PdfUnits(20, 600), 480);
 }
 
 TEST(PdfFrameArithmetic, FrameAt600Dpi) {

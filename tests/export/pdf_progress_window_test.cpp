@@ -45,7 +45,7 @@ class PdfProgress : public ::testing::Test {
     g_hInstance = GetModuleHandleW(nullptr);
     scintilla_ = LoadScintillaDll();
     ASSERT_NE(scintilla_, nullptr);
-    owner_ = MakeOwnerWindow(L"PdfProgressTestOwner");
+    owner_ = MakeTestOwner();
     editor_ = CreateWindowExW(0, L"Scintilla", L"", WS_POPUP, 0, 0, 400, 300, nullptr, nullptr, nullptr, nullptr);
     ASSERT_NE(editor_, nullptr);
     SendMessageW(editor_, SCI_SETCODEPAGE, 65001, 0);

@@ -11,8 +11,8 @@
 
 #include "base/app_state.h"
 #include "base/messages.h"
-#include "tests/common/owner_window.h"
 #include "export/export_note.h"
+#include "tests/common/owner_window.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ class ProgressDialog : public ::testing::Test {
  protected:
   void SetUp() override {
     g_hInstance = GetModuleHandleW(nullptr);
-    owner_ = MakeOwnerWindow(L"ProgressDialogTestOwner");
+    owner_ = MakeTestOwner();
     ASSERT_NE(owner_, nullptr);
     job_.owner = owner_;
     job_.outputPath = L"C:\\out\\page.html";
