@@ -80,7 +80,7 @@ double PlainDrawMs(const std::string& text, const std::wstring& path) {
   info.lpszDocName = L"bench.cpp";
   info.lpszOutput = path.c_str();
   StartDocW(dc, &info);
-  HFONT font = CreatePdfFont(dc, L"Consolas", 11, false, false, FIXED_PITCH);
+  HFONT font = CreateCodeFont(dc, L"Consolas", 11, false, false);
   HGDIOBJ old = SelectObject(dc, font);
   const int32_t row = PdfRowHeight(dc, font);
   size_t at = 0;

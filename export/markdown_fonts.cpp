@@ -2,11 +2,15 @@
 
 #include "export/markdown_layout.h"
 #include "export/markdown_model.h"
-#include "export/pdf_export.h"
 #include "settings/settings.h"
 
 HFONT CreateMarkdownFont(HDC dc, const std::wstring& fontName, int pointSize, bool bold, bool italic) {
-  return CreatePdfFont(dc, fontName, pointSize, bold, italic, 0);
+  return CreatePixelFont(-MulDiv(pointSize, GetDeviceCaps(dc, LOGPIXELSY), 72), fontName, bold, italic);
+}
+
+HFONT CreatePixelFont(int height, const std::wstring& fontName, bool bold, bool italic) {
+  return CreateFontW(height, 0, 0, 0, bold ? 700 : 400, italic ? 1 : 0, 0, 0, DEFAULT_CHARSET, OUT_OUTLINE_PRECIS,
+                     CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, 0, fontName.c_str());
 }
 
 bool BuildMarkdownLines(HDC dc, const std::wstring& text, int maxWidth, std::vector<MarkdownLine>& lines) {

@@ -3,6 +3,7 @@
 #include "export/pdf_export.h"
 
 #include "base/messages.h"
+#include "export/markdown_fonts.h"
 
 namespace {
 
@@ -47,9 +48,9 @@ DWORD WINAPI CodePdfWorker(void* parameter) {
     return 0;
   }
   BodyFonts fonts;
-  for (int i = 0; i < 4; ++i) fonts.font[i] = CreatePdfFont(dc, job.fontName, job.fontSize, i >= 2, i % 2, FIXED_PITCH);
+  for (int i = 0; i < 4; ++i) fonts.font[i] = CreateCodeFont(dc, job.fontName, job.fontSize, i >= 2, i % 2);
   const int32_t rowHeight = PdfRowHeight(dc, fonts.font[0]);
-  HFONT footerFont = CreatePdfFont(dc, job.fontName, job.fontSize - 2, false, false, 0);
+  HFONT footerFont = CreateMarkdownFont(dc, job.fontName, job.fontSize - 2, false, false);
   const PdfFrame frame = PdfFrameOf(dc);
   HGDIOBJ originalFont = SelectObject(dc, fonts.font[0]);
   SetBkMode(dc, TRANSPARENT);

@@ -74,8 +74,8 @@ extern const wchar_t kPdfPrinterName[];
 // when the printer is absent or refuses the document (logged for routine).
 HDC StartPdfDocument(const PdfExportJob& job, const wchar_t* routine);
 PdfFrame PdfFrameOf(HDC printer);
-// The program's font parameters, at points on this context.
-HFONT CreatePdfFont(HDC printer, const std::wstring& family, int32_t points, bool bold, bool italic, BYTE pitch);
+// A body font of the code pages: the Markdown fonts' parameters, with fixed pitch.
+HFONT CreateCodeFont(HDC printer, const std::wstring& family, int32_t points, bool bold, bool italic);
 // "- n -" in grey, centred on the footer line: the last thing on a page.
 void DrawPdfFooter(HDC printer, const PdfFrame& frame, HFONT footerFont, int32_t page);
 // tmHeight + 2 of a font on this context.

@@ -35,10 +35,10 @@ PdfFrame PdfFrameOf(HDC printer) {
                          GetDeviceCaps(printer, PHYSICALOFFSETY));
 }
 
-HFONT CreatePdfFont(HDC printer, const std::wstring& family, int32_t points, bool bold, bool italic, BYTE pitch) {
+HFONT CreateCodeFont(HDC printer, const std::wstring& family, int32_t points, bool bold, bool italic) {
   return CreateFontW(-MulDiv(points, GetDeviceCaps(printer, LOGPIXELSY), 72), 0, 0, 0, bold ? 700 : 400,
                      italic ? 1 : 0, 0, 0, DEFAULT_CHARSET, OUT_OUTLINE_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
-                     pitch, family.c_str());
+                     FIXED_PITCH, family.c_str());
 }
 
 void DrawPdfFooter(HDC printer, const PdfFrame& frame, HFONT footerFont, int32_t page) {
