@@ -8,7 +8,9 @@
 constexpr UINT WM_USER_OPEN_FILE = 1026;  // lParam: heap wide string the receiver frees
 constexpr UINT WM_SET_TOOLBAR_MODE = 1027;  // to the toolbar; wParam 1 AI Mod, 0 Classic
 constexpr UINT WM_PDF_EXPORT_FINISHED = 1135;  // wParam success, lParam elapsed ms
-constexpr UINT WM_EXPORT_PROGRESS = 1138;
+constexpr UINT WM_EXPORT_PROGRESS = 1138;  // to the PDF dialog; wParam a page's number
+constexpr UINT WM_PDF_BATCH_REQUEST = 1139;  // to the PDF dialog: the worker waits for the next batch
+constexpr UINT WM_PDF_FINAL_STAGE = 1140;    // to the PDF dialog: EndDoc has begun
 constexpr UINT WM_EXPORT_LINE = 1144;  // to an export dialog; wParam a line number, or -1 for the final stage
 constexpr UINT WM_HTML_EXPORT_FINISHED = 1145;  // wParam success, lParam ExportResultNote* the receiver frees;
                                                  // to an export dialog the same end, without lParam

@@ -9,6 +9,7 @@
 #include "document/document.h"
 #include "export/export_formats.h"
 #include "export/markdown_export.h"
+#include "export/pdf_export.h"
 #include "export/rtf_export.h"
 #include "export/styled_html_export.h"
 #include "export/viewer_handoff.h"
@@ -70,7 +71,7 @@ bool ExportDocument(HWND owner, int formatId) {
     if (decision.route == ExportRoute::kOfferViewer)
       OfferViewer(owner, decision.question);
     else
-      OutputDebugStringW(L"[ExportPdf] not built yet\n");
+      ExportPdf(owner, g_hwndEditor);
     return true;
   }
   const std::wstring path = AskExportPath(owner, *format);

@@ -23,6 +23,9 @@ void SetDarkTitleBar(HWND window, bool dark);
 // Only the attribute, for places that must not redraw the frame.
 void SetDarkTitleAttribute(HWND window, bool dark);
 
+// A straight line with a pen of its own, made and deleted here.
+void DrawPenLine(HDC dc, int x1, int y1, int x2, int y2, COLORREF colour, int width);
+
 // Paints an owner-drawn push button of a dialog in the live theme.
 void DrawThemedButton(const DRAWITEMSTRUCT* item);
 

@@ -202,3 +202,12 @@ void DrawThemedButton(const DRAWITEMSTRUCT* item) {
   SelectObject(dc, oldFont);
   DeleteObject(font);
 }
+
+void DrawPenLine(HDC dc, int x1, int y1, int x2, int y2, COLORREF colour, int width) {
+  HPEN pen = CreatePen(PS_SOLID, width, colour);
+  HGDIOBJ old = SelectObject(dc, pen);
+  MoveToEx(dc, x1, y1, nullptr);
+  LineTo(dc, x2, y2);
+  SelectObject(dc, old);
+  DeleteObject(pen);
+}

@@ -25,6 +25,7 @@
 #include "document/file_watch.h"
 #include "document/save_prompt.h"
 #include "export/export_note.h"
+#include "export/pdf_layout.h"
 #include "export/viewer_handoff.h"
 #include "presentation/dark_menu.h"
 #include "presentation/message_box.h"
@@ -171,7 +172,7 @@ BOOL CALLBACK CloseOtherInstance(HWND window, LPARAM self) {
 
 void OnExportFinished(HWND window, UINT message, WPARAM success, LPARAM data) {
   if (message == WM_PDF_EXPORT_FINISHED) {
-    std::wstring text = L"PDF exported successfully.\n\nExport time:  " + FormatElapsed(static_cast<uint64_t>(data));
+    std::wstring text = PdfSuccessText(static_cast<uint64_t>(data));
     if (success) ShowMessageBox(window, kBoxOk, L"Tavro - PDF Export", text.c_str());
     return;
   }

@@ -5,6 +5,7 @@
 #include <atomic>
 
 #include "document/document.h"
+#include "presentation/presentation.h"
 #include "presentation/themes.h"
 #include "shell/layout.h"
 #include "shell/shell.h"
@@ -39,15 +40,6 @@ void LayOutButtons(HWND bar) {
   g_toolbar.rects = ToolbarButtonRects(client.right);
 }
 
-void Line(HDC dc, int x1, int y1, int x2, int y2, COLORREF colour, int width) {
-  HPEN pen = CreatePen(PS_SOLID, width, colour);
-  HGDIOBJ old = SelectObject(dc, pen);
-  MoveToEx(dc, x1, y1, nullptr);
-  LineTo(dc, x2, y2);
-  SelectObject(dc, old);
-  DeleteObject(pen);
-}
-
 void PaintButton(HDC dc, int index, const ThemeColors& row, bool aiMode) {
   const bool enabled = g_toolbar.enabled[index];
   const bool hovered = g_toolbar.hovered == index;
@@ -70,7 +62,7 @@ void PaintButton(HDC dc, int index, const ThemeColors& row, bool aiMode) {
 
   if (look.topLineWidth > 0) {
     for (int i = 0; i < look.topLineWidth; ++i)
-      Line(dc, rect.left + 4, rect.top + 1 + i, rect.right - 4, rect.top + 1 + i, look.topLine, 1);
+      DrawPenLine(dc, rect.left + 4, rect.top + 1 + i, rect.right - 4, rect.top + 1 + i, look.topLine, 1);
   }
 
   SetTextColor(dc, look.text);
@@ -92,8 +84,8 @@ void Paint(HWND bar) {
   HBRUSH background = CreateSolidBrush(row.toolbarBackground);
   FillRect(dc, &client, background);
   DeleteObject(background);
-  Line(dc, 0, 0, client.right, 0, ToolbarTopLine(row), 1);
-  Line(dc, 0, client.bottom - 1, client.right, client.bottom - 1, row.separator, 1);
+  DrawPenLine(dc, 0, 0, client.right, 0, ToolbarTopLine(row), 1);
+  DrawPenLine(dc, 0, client.bottom - 1, client.right, client.bottom - 1, row.separator, 1);
 
   HFONT font = CreateFontW(-13, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
                            CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH, L"Segoe UI");

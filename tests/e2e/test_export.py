@@ -180,9 +180,12 @@ class ExportTest(TavroTestCase):
         self.answer(BOX_TITLE, "File exported successfully as plain text.", "OK")
         self.assertEqual(txt.read_bytes(), TEXT.encode("utf-8"))
 
-        # PDF has no writer yet: no save dialog, one debug line.
+        # PDF has a save step of its own; cancelling it ends the export.
         self.tavro.command(main, EXPORT_PDF)
-        self.assertTrue(self.tavro.wait_log("[ExportPdf] not built yet\n"))
+        dialog, name = self.tavro.file_dialog("Export as PDF")
+        self.assertEqual(self.tavro.text(name), "notes")
+        self.tavro.press(dialog, "Cancel")
+        self.tavro.wait_gone(dialog)
         self.tavro.settle(main)
         self.assertEqual([r for r in self.tavro.windows("#32770") if r["text"] == SAVE_TITLE], [])
 
@@ -284,12 +287,22 @@ class ExportTest(TavroTestCase):
                     "Open as plain text in Tavro Viewer instead?", "No")
         self.tavro.settle(main)
         self.assertEqual(self.viewer_text(), [])
-        self.assertNotIn("[ExportPdf] not built yet\n", self.tavro.log_lines())
+        self.assertEqual([r for r in self.tavro.windows("#32770") if r["text"] == "Export as PDF"], [])
 
     def click_cancel(self, dialog):
         width, height, x, y = self.tavro.client(dialog)
         # The painted Cancel: centred, its bottom 10 pixels above the client's.
         self.tavro.x_input(dialog, ("mousemove", x + width // 2, y + height - 21, "click", 1))
+
+    def cancel_held_worker(self, progress):
+        """Cancel while the worker is held at its birth, then its release: the
+        dialog stays until the worker's end."""
+        self.tavro.wait_until(lambda: self.tavro.request("held-thread") != "0", what="the worker held")
+        self.click_cancel(progress)
+        self.tavro.settle(progress)
+        self.assertTrue(self.tavro.alive(progress))  # only the worker's end closes it
+        self.tavro.request("release-thread")
+        self.tavro.wait_gone(progress)
 
     def test_cancel_during_styled_html_leaves_the_earlier_file(self):
         main = self.open_document("notes.txt", TEXT)
@@ -305,12 +318,7 @@ class ExportTest(TavroTestCase):
             what="the question whether to replace the file")
         self.tavro.press(confirm, "Yes")
         progress = self.tavro.find_dialog("Exporting PDF")
-        self.tavro.wait_until(lambda: self.tavro.request("held-thread") != "0", what="the worker held")
-        self.click_cancel(progress)
-        self.tavro.settle(progress)
-        self.assertTrue(self.tavro.alive(progress))  # only the worker's end closes it
-        self.tavro.request("release-thread")
-        self.tavro.wait_gone(progress)
+        self.cancel_held_worker(progress)
         self.tavro.settle(main)
         self.assertEqual(target.read_bytes(), b"earlier")
         self.assertEqual([r for r in self.tavro.windows("") if r["text"] == "Tavro - HTML Export"], [])
@@ -337,12 +345,7 @@ class ExportTest(TavroTestCase):
         cancelled = self.tavro.work / "cancelled.rtf"
         self.save_through_dialog(cancelled, "big.rtf")
         progress = self.tavro.find_dialog("Tavro - RTF Export")
-        self.tavro.wait_until(lambda: self.tavro.request("held-thread") != "0", what="the worker held")
-        self.click_cancel(progress)
-        self.tavro.settle(progress)
-        self.assertTrue(self.tavro.alive(progress))
-        self.tavro.request("release-thread")
-        self.tavro.wait_gone(progress)
+        self.cancel_held_worker(progress)
         self.answer(BOX_TITLE, "RTF export failed or was cancelled.", "OK")
         self.assertFalse(cancelled.exists())
 
