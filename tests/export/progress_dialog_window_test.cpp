@@ -86,11 +86,12 @@ TEST_F(ProgressDialog, StatusFollowsTheLineMessagesAndTheEndClosesWithOne) {
     line = state.status;
     SendMessageW(dialog, WM_EXPORT_LINE, static_cast<WPARAM>(-1), 0);
     finalizing = state.status;
-    // The close box doesn't stop a job. The dialog may not be shown yet when
-    // the worker starts, so what counts is that the close changed nothing.
-    const bool shownBefore = IsWindowVisible(dialog) != FALSE;
+    // The close box doesn't stop a job: an ended dialog would hide. A modal
+    // dialog shows itself once its loop first goes idle, which on a busy
+    // machine can come after the worker started, so wait for that first.
+    for (int waited = 0; !IsWindowVisible(dialog) && waited < 30000; waited += 10) Sleep(10);
     SendMessageW(dialog, WM_CLOSE, 0, 0);
-    aliveAfterClose = IsWindow(dialog) && (IsWindowVisible(dialog) != FALSE) == shownBefore;
+    aliveAfterClose = IsWindow(dialog) && IsWindowVisible(dialog);
     button = state.buttonRect;
     GetClientRect(dialog, &client);
     MapDialogRect(dialog, &units);
