@@ -1,4 +1,5 @@
 #include "document/save_prompt.h"
+#include "base/path_name.h"
 
 int FileStatusOf(const std::wstring& path, const std::function<bool(const std::wstring&)>& exists) {
   if (path.empty() || exists(path)) return kFileFine;
@@ -8,9 +9,7 @@ int FileStatusOf(const std::wstring& path, const std::function<bool(const std::w
 }
 
 std::wstring DocumentName(const std::wstring& path) {
-  if (path.empty()) return L"Untitled";
-  size_t slash = path.find_last_of(L"\\/");
-  return slash == std::wstring::npos ? path : path.substr(slash + 1);
+  return path.empty() ? L"Untitled" : FileNameOf(path);
 }
 
 std::wstring SaveChangesPromptText(int status, bool modified, const std::wstring& name) {

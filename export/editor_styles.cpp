@@ -6,6 +6,7 @@
 #include "base/app_state.h"
 #include "base/text_convert.h"
 #include "document/document.h"
+#include "document/save_prompt.h"
 #include "settings/settings.h"
 
 std::string EditorStyleBytes() {
@@ -36,7 +37,5 @@ StyleLooks EditorStyleLooks() {
 std::string EditorFontNameUtf8() { return WideToUtf8(g_fontName); }
 
 std::string DocumentDisplayNameUtf8() {
-  if (g_filePath.empty()) return "Untitled";
-  const size_t slash = g_filePath.find_last_of(L"\\/");
-  return WideToUtf8(slash == std::wstring::npos ? g_filePath : g_filePath.substr(slash + 1));
+  return WideToUtf8(DocumentName(g_filePath));
 }

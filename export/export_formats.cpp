@@ -1,4 +1,5 @@
 #include "export/export_formats.h"
+#include "base/path_name.h"
 
 #include <cwctype>
 
@@ -37,8 +38,7 @@ bool HasMarkdownExtension(const std::wstring& path) {
 
 std::wstring ProposedExportName(const std::wstring& path, const wchar_t* extension) {
   if (path.empty()) return std::wstring();
-  const size_t slash = path.find_last_of(L"\\/");
-  std::wstring name = slash == std::wstring::npos ? path : path.substr(slash + 1);
+  std::wstring name = FileNameOf(path);
   const size_t dot = name.rfind(L'.');
   if (dot != std::wstring::npos) name.erase(dot);
   return name + extension;

@@ -7,6 +7,7 @@
 
 #include "base/text_convert.h"
 #include "document/document.h"
+#include "document/save_prompt.h"
 #include "export/markdown_html.h"
 #include "export/markdown_model.h"
 #include "presentation/themes.h"
@@ -21,12 +22,7 @@ MarkdownPageStyle CurrentMarkdownPageStyle() {
   style.rule = row.separator;
   style.codeBackground = row.listBackground;
   ResolveProseFont(style.fontFamily, style.fontSize);
-  std::wstring name = L"Untitled";
-  if (!g_filePath.empty()) {
-    size_t slash = g_filePath.find_last_of(L"\\/");
-    name = slash == std::wstring::npos ? g_filePath : g_filePath.substr(slash + 1);
-  }
-  style.title = WideToUtf8(name);
+  style.title = WideToUtf8(DocumentName(g_filePath));
   return style;
 }
 

@@ -4,6 +4,7 @@
 
 #include "Scintilla.h"
 #include "base/app_state.h"
+#include "base/path_name.h"
 #include "base/text_convert.h"
 #include "document/document.h"
 #include "export/editor_styles.h"
@@ -37,9 +38,7 @@ std::wstring AskPdfPath(HWND owner, const std::wstring& proposal, const wchar_t*
 }
 
 std::wstring DisplayName() {
-  if (g_filePath.empty()) return L"Document";
-  const size_t slash = g_filePath.find_last_of(L"\\/");
-  return slash == std::wstring::npos ? g_filePath : g_filePath.substr(slash + 1);
+  return g_filePath.empty() ? L"Document" : FileNameOf(g_filePath);
 }
 
 PdfExportJob* NewJob(HWND owner, HWND editor, const std::wstring& path, const std::wstring& docName) {

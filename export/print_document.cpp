@@ -7,6 +7,7 @@
 
 #include "Scintilla.h"
 #include "base/app_state.h"
+#include "base/path_name.h"
 #include "document/document.h"
 #include "export/markdown_fonts.h"
 #include "export/page_render.h"
@@ -20,9 +21,7 @@ constexpr COLORREF kFooterInk = 0x646464;
 
 // The name the spooler shows: the file's last path component.
 std::wstring PrintJobName() {
-  if (g_filePath.empty()) return L"Tavro Document";
-  const size_t slash = g_filePath.find_last_of(L"\\/");
-  return slash == std::wstring::npos ? g_filePath : g_filePath.substr(slash + 1);
+  return g_filePath.empty() ? L"Tavro Document" : FileNameOf(g_filePath);
 }
 
 void PrintPages(HDC dc, const PageStarts& starts, const std::vector<std::wstring>& lines, const PageGeometry& geometry,
